@@ -1,0 +1,29 @@
+// PLACEHOLDER until its subsystem lands: only the members the target uses.
+#ifndef TESSALY_PARAMS_AUTO_IDENT_ITEMS_HPP_
+#define TESSALY_PARAMS_AUTO_IDENT_ITEMS_HPP_
+
+#include <pugixml.hpp>
+
+#include <memory>
+
+#include "tessaly/common/collection.hpp"
+
+namespace tessaly {
+
+class TargetItem;
+
+class AutoIdentItem {
+ public:
+  void clear() {}
+};
+
+class AutoIdentItems : public Collection<AutoIdentItem> {
+ public:
+  void clear() { ClearItems(); }
+  void loadXml(pugi::xml_document&, pugi::xml_node, const std::shared_ptr<TargetItem>&) {}
+  void createXMLnode(pugi::xml_document&, pugi::xml_node) const {}
+};
+
+}  // namespace tessaly
+
+#endif

@@ -1,0 +1,50 @@
+// Reading ECU and parameter documents from a file path or URL into the DOM, and writing a DOM to
+// a file in a chosen encoding. Every failure comes back as a reason text that says what went
+// wrong and where, for the "Bad xml file, Reason=..." family of messages.
+#ifndef TESSALY_SRC_COMMON_DOCUMENT_IO_HPP_
+#define TESSALY_SRC_COMMON_DOCUMENT_IO_HPP_
+
+#include <pugixml.hpp>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tessaly::io {
+
+// Reads the bytes at `location`: a file path, a file:// URL or an http(s):// URL. Returns false
+// and sets `reason` on failure.
+bool ReadLocation(std::string_view location, std::string& bytes, std::string& reason);
+
+// Decodes a document to UTF-8: a byte-order mark (UTF-8, UTF-16) decides first, then the
+// encoding named by the XML declaration (UTF-8 when none). Invalid input gives false and a
+// reason naming the byte offset.
+bool DecodeToUtf8(std::string_view bytes, std::string& utf8, std::string& reason);
+
+// Parses UTF-8 text into `doc`, keeping whitespace-only text, comments, CDATA and processing
+// instructions. The reason of a failure names the line and column.
+bool ParseUtf8(pugi::xml_document& doc, std::string_view utf8, std::string& reason);
+
+// ReadLocation, DecodeToUtf8 and ParseUtf8 in one step.
+bool LoadDocument(pugi::xml_document& doc, std::string_view location, std::string& reason);
+// DecodeToUtf8 and ParseUtf8 of a document held in memory.
+bool LoadDocumentText(pugi::xml_document& doc, std::string_view bytes, std::string& reason);
+
+// The document as text in `encoding` ("UTF-8", "windows-1252", "UTF-16", ...): no indentation,
+// each top-level node followed by CR LF. A character the encoding cannot hold becomes a
+// character reference (inside CDATA the section is split around it). Throws Error when the
+// encoding is unknown or a character cannot be written at all (in a name or a comment).
+std::string Serialize(const pugi::xml_document& doc, std::string_view encoding);
+
+// Writes `bytes` to `path` atomically: a temporary file beside it is written, flushed and
+// renamed over `path`. On failure `path` is unchanged, the temporary is removed, and an Error
+// is thrown whose number is the system's error number (errno) and whose description says what
+// failed.
+void WriteFileAtomically(const std::string& path, std::string_view bytes);
+
+// 1-based line and column of byte `offset` in `text`.
+void LineColumn(std::string_view text, std::size_t offset, std::size_t& line, std::size_t& column);
+
+}  // namespace tessaly::io
+
+#endif  // TESSALY_SRC_COMMON_DOCUMENT_IO_HPP_

@@ -1,0 +1,6 @@
+list(APPEND TESSALY_SOURCES
+  src/common/convert.cpp
+  src/common/document_io.cpp
+  src/common/error.cpp
+  src/common/event_log.cpp
+  src/common/xml_util.cpp)

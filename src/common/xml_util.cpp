@@ -1,0 +1,136 @@
+#include "common/xml_util.hpp"
+
+#include <cstring>
+
+#include "tessaly/common/convert.hpp"
+#include "tessaly/common/error.hpp"
+
+namespace tessaly::xml {
+namespace {
+
+pugi::xml_node FindPath(pugi::xml_node node, std::string_view path) {
+  auto slash = path.find('/');
+  std::string head(path.substr(0, slash));
+  for (pugi::xml_node child = node.child(head.c_str()); child; child = child.next_sibling(head.c_str())) {
+    if (child.type() != pugi::node_element) continue;
+    if (slash == std::string_view::npos) return child;
+    if (pugi::xml_node found = FindPath(child, path.substr(slash + 1))) return found;
+  }
+  return {};
+}
+
+void AppendTextTo(std::string& out, pugi::xml_node node) {
+  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
+    switch (child.type()) {
+      case pugi::node_pcdata:
+      case pugi::node_cdata: out += child.value(); break;
+      case pugi::node_element: AppendTextTo(out, child); break;
+      default: break;
+    }
+  }
+}
+
+}  // namespace
+
+pugi::xml_node Child(pugi::xml_node node, const char* name) {
+  for (pugi::xml_node child = node.child(name); child; child = child.next_sibling(name))
+    if (child.type() == pugi::node_element) return child;
+  return {};
+}
+
+pugi::xml_node Path(pugi::xml_node node, std::string_view path) { return FindPath(node, path); }
+
+pugi::xml_node ChildWhere(pugi::xml_node node, const char* element, const char* attribute,
+                          std::string_view value) {
+  for (pugi::xml_node child = Child(node, element); child; child = child.next_sibling(element)) {
+    pugi::xml_attribute a = child.attribute(attribute);
+    if (child.type() == pugi::node_element && a && value == a.value()) return child;
+  }
+  return {};
+}
+
+pugi::xml_node FirstComment(pugi::xml_node node) {
+  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling())
+    if (child.type() == pugi::node_comment) return child;
+  return {};
+}
+
+std::optional<std::string_view> Attr(pugi::xml_node node, const char* name) {
+  pugi::xml_attribute a = node.attribute(name);
+  if (!a) return std::nullopt;
+  return std::string_view(a.value());
+}
+
+std::string Text(pugi::xml_node node) {
+  std::string out;
+  if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata ||
+      node.type() == pugi::node_comment) {
+    out = node.value();
+  } else {
+    AppendTextTo(out, node);
+  }
+  return out;
+}
+
+std::string_view BaseName(pugi::xml_node node) {
+  std::string_view name = node.name();
+  auto colon = name.find(':');
+  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+bool ReadText(pugi::xml_node node, const char* name, std::string& out) {
+  auto value = Attr(node, name);
+  if (!value) return false;
+  out.assign(*value);
+  return true;
+}
+
+bool ReadInt(pugi::xml_node node, const char* name, std::int32_t& out) {
+  auto value = Attr(node, name);
+  if (!value) return false;
+  out = ToInt32(*value);
+  return true;
+}
+
+bool ReadBool(pugi::xml_node node, const char* name, bool& out) {
+  auto value = Attr(node, name);
+  if (!value) return false;
+  out = ToBool(*value);
+  return true;
+}
+
+std::string_view Required(pugi::xml_node node, const char* name) {
+  auto value = Attr(node, name);
+  if (!value) RaisePlatform(errc::kObjectNotSet);
+  return *value;
+}
+
+void AppendLf(pugi::xml_node parent) { parent.append_child(pugi::node_pcdata).set_value("\n"); }
+
+void AppendCrLf(pugi::xml_node parent) { parent.append_child(pugi::node_pcdata).set_value("\r\n"); }
+
+void AppendText(pugi::xml_node parent, std::string_view text) {
+  parent.append_child(pugi::node_pcdata).set_value(text.data(), text.size());
+}
+
+void AppendCData(pugi::xml_node parent, std::string_view text) {
+  parent.append_child(pugi::node_cdata).set_value(text.data(), text.size());
+}
+
+pugi::xml_node AppendElement(pugi::xml_node parent, const char* name) { return parent.append_child(name); }
+
+void SetAttr(pugi::xml_node node, const char* name, std::string_view value) {
+  pugi::xml_attribute a = node.attribute(name);
+  if (!a) a = node.append_attribute(name);
+  a.set_value(value.data(), value.size());
+}
+
+void SetAttr(pugi::xml_node node, const char* name, std::int32_t value) {
+  SetAttr(node, name, std::string_view(IntText(value)));
+}
+
+void SetBoolAttr(pugi::xml_node node, const char* name, bool value) {
+  SetAttr(node, name, std::string_view(value ? "1" : "0"));
+}
+
+}  // namespace tessaly::xml

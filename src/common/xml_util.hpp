@@ -1,0 +1,69 @@
+// Small navigation and building helpers over the pugixml DOM, used by every reader and writer.
+// Names are matched as written (qualified names such as "tsl:Target"); namespace declarations
+// are plain attributes and never change which element is found.
+#ifndef TESSALY_SRC_COMMON_XML_UTIL_HPP_
+#define TESSALY_SRC_COMMON_XML_UTIL_HPP_
+
+#include <pugixml.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tessaly::xml {
+
+// The first child element named `name`, or an empty node.
+pugi::xml_node Child(pugi::xml_node node, const char* name);
+
+// The first element reached from `node` by the '/'-separated element path ("SendId/CANId"),
+// in document order, as an XPath location path would select it; or an empty node.
+pugi::xml_node Path(pugi::xml_node node, std::string_view path);
+
+// The first child element named `element` whose attribute `attribute` equals `value`.
+pugi::xml_node ChildWhere(pugi::xml_node node, const char* element, const char* attribute,
+                          std::string_view value);
+
+// The first XML comment among the children of `node`, or an empty node.
+pugi::xml_node FirstComment(pugi::xml_node node);
+
+// The value of attribute `name`, or nullopt when the node or the attribute is missing.
+std::optional<std::string_view> Attr(pugi::xml_node node, const char* name);
+
+// The concatenated text of every text and CDATA node below `node` ("" for an empty node).
+std::string Text(pugi::xml_node node);
+
+// Local name: the part of the element's name after the prefix.
+std::string_view BaseName(pugi::xml_node node);
+
+// Reading an attribute into a property. Each returns false and leaves `out` unchanged when the
+// attribute is missing; the integer and boolean forms throw the conversion's error (13, 6)
+// when the text does not convert.
+bool ReadText(pugi::xml_node node, const char* name, std::string& out);
+bool ReadInt(pugi::xml_node node, const char* name, std::int32_t& out);
+bool ReadBool(pugi::xml_node node, const char* name, bool& out);
+
+// Reading a mandatory attribute: its value, or error 91 (the platform's error for reading a
+// missing node) when it is missing.
+std::string_view Required(pugi::xml_node node, const char* name);
+
+// Appends a text node holding one line feed.
+void AppendLf(pugi::xml_node parent);
+// Appends a text node holding carriage return + line feed.
+void AppendCrLf(pugi::xml_node parent);
+// Appends a text node.
+void AppendText(pugi::xml_node parent, std::string_view text);
+// Appends a CDATA section.
+void AppendCData(pugi::xml_node parent, std::string_view text);
+// Appends an element and returns it.
+pugi::xml_node AppendElement(pugi::xml_node parent, const char* name);
+
+// Sets attribute `name`, appending it when the element does not have it yet.
+void SetAttr(pugi::xml_node node, const char* name, std::string_view value);
+void SetAttr(pugi::xml_node node, const char* name, std::int32_t value);
+// "1" or "0".
+void SetBoolAttr(pugi::xml_node node, const char* name, bool value);
+
+}  // namespace tessaly::xml
+
+#endif  // TESSALY_SRC_COMMON_XML_UTIL_HPP_

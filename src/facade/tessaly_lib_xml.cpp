@@ -1,0 +1,172 @@
+#include "tessaly/facade/tessaly_lib_xml.hpp"
+
+#include "common/document_io.hpp"
+#include "common/xml_util.hpp"
+#include "tessaly/common/convert.hpp"
+#include "tessaly/common/error.hpp"
+#include "tessaly/facade/multi_lang.hpp"
+#include "tessaly/target/target_item.hpp"
+
+namespace tessaly {
+namespace {
+
+constexpr const char* kImportSource = "TessalyDatabase.ImportUceFromXml";
+
+// Reads one integer attribute of a parameter-table entry: a missing attribute is the platform's
+// error for reading a missing node, text that is not a number the conversion's error.
+std::int32_t EntryInt(pugi::xml_node entry, const char* attribute) {
+  return ToInt32(xml::Required(entry, attribute));
+}
+
+}  // namespace
+
+TessalyLibXml::TessalyLibXml()
+    : self_(this, [](TessalyLibXml*) {}), eventLog_(DefaultEventLog()) {
+  set_lang("fr");
+  xmlStyleSheet_ = kDefaultStyleSheet;
+  ecuNamespace_ = kDefaultEcuNamespace;
+  xmlScreenSchema_ = kDefaultScreenNamespace;
+  xmlEncoding_ = "UTF-8";
+  pugi::xml_document doc;
+  std::string reason;
+  if (!io::ParseUtf8(doc, ParamNodeDefinition(), reason))
+    Raise(errc::kModel, kLibrarySource, "Internal error when reading default parameters, please contact Tessaly hotline");
+  ReadParameterDocument(doc);
+}
+
+TessalyLibXml::~TessalyLibXml() {
+  functions_.reset();
+  Pannes_.reset();
+  typeOrganes_.reset();
+  protocols_.reset();
+  ClearTarget();
+  self_.reset();
+}
+
+void TessalyLibXml::ClearTarget() {
+  if (!ActiveTarget_) return;
+  ActiveTarget_->clear();
+  ActiveTarget_.reset();
+}
+
+std::shared_ptr<TargetItem> TessalyLibXml::NewTarget() {
+  ClearTarget();
+  auto target = TargetItem::Create();
+  target->set_parent(this);
+  ActiveTarget_ = target;
+  return target;
+}
+
+void TessalyLibXml::ImportUceFromXml(const std::string& location) { ImportDocument(location, nullptr); }
+
+void TessalyLibXml::ImportUceFromText(std::string_view document) {
+  const std::string bytes(document);
+  ImportDocument("<memory>", &bytes);
+}
+
+void TessalyLibXml::ImportDocument(const std::string& location, const std::string* bytes) {
+  pugi::xml_document doc;
+  std::string reason;
+  std::string read;
+  std::string utf8;
+  bool loaded = (bytes != nullptr || io::ReadLocation(location, read, reason)) &&
+                io::DecodeToUtf8(bytes != nullptr ? *bytes : read, utf8, reason) && io::ParseUtf8(doc, utf8, reason);
+  if (!loaded) Raise(errc::kModel, kImportSource, "Bad xml file, Reason=" + reason);
+  RaiseWarningInfo("TessalyDatabase", "Loading url : " + location);
+  std::shared_ptr<TargetItem> target = NewTarget();
+  Err().Clear();
+  pugi::xml_node root = xml::Child(doc, "xml");
+  if (!root) Raise(errc::kModel, kImportSource, "Bad xml file, RootNode \"xml\" not found");
+  if (HasDiagnostics()) loadingText_ = std::move(utf8);
+  target->loadXml(doc, root);
+  loadingText_.clear();
+  loadingText_.shrink_to_fit();
+  if (Err().Pending()) {
+    Error error = Err().ToError();
+    Err().Clear();
+    throw error;
+  }
+}
+
+pugi::xml_document TessalyLibXml::BuildDocument() {
+  if (!ActiveTarget_) RaisePlatform(errc::kObjectNotSet);
+  pugi::xml_document doc;
+  pugi::xml_node declaration = doc.append_child(pugi::node_pi);
+  declaration.set_name("xml");
+  declaration.set_value(("version='1.0' encoding=\"" + xmlEncoding_ + "\"").c_str());
+  if (!xmlStyleSheet_.empty()) {
+    pugi::xml_node style = doc.append_child(pugi::node_pi);
+    style.set_name("xml-stylesheet");
+    style.set_value(("type=\"text/xsl\" href=\"" + xmlStyleSheet_ + "\"").c_str());
+  }
+  pugi::xml_node root = doc.append_child("xml");
+  if (!ecuNamespace_.empty()) xml::SetAttr(root, "xmlns:tsl", ecuNamespace_);
+  xml::AppendLf(root);
+  ActiveTarget_->createXMLnode(doc, root);
+  return doc;
+}
+
+void TessalyLibXml::ExportUceToXml(const std::string& location) {
+  pugi::xml_document doc = BuildDocument();
+  try {
+    io::WriteFileAtomically(location, io::Serialize(doc, xmlEncoding_));
+    lastSaveError_.reset();
+  } catch (const Error& error) {
+    lastSaveError_ = error;
+    RaiseWarningInfo("ExportParametersToXml", "Save error (number : " + IntText(error.Number()) + ")");
+    Err().Clear();
+  }
+}
+
+std::string TessalyLibXml::ExportUceToText() { return io::Serialize(BuildDocument(), xmlEncoding_); }
+
+void TessalyLibXml::ReadGlobalParameters(const std::string& url) {
+  pugi::xml_document doc;
+  std::string reason;
+  if (!io::LoadDocument(doc, url, reason))
+    Raise(errc::kModel, kLibrarySource, "Error when reading parameters " + url + "  msg = " + reason);
+  ReadParameterDocument(doc);
+}
+
+void TessalyLibXml::ExportParametersToXml(const std::string&, const std::string&) {}
+
+void TessalyLibXml::ReadParameterDocument(const pugi::xml_document& doc) {
+  pugi::xml_node root = xml::Child(doc, "xml");
+  protocols_ = std::make_shared<ProtocolItems>();
+  for (pugi::xml_node p : xml::Child(root, "Protocols").children("Protocol")) {
+    std::string name = MultiLang(p, "Name", lang_);
+    std::int32_t code = EntryInt(p, "Code");
+    bool multi = xml::Attr(p, "multiPoint") == "1";
+    std::int32_t init = EntryInt(p, "initMode");
+    protocols_->Add(code, std::move(name), multi, init);
+  }
+  Pannes_ = std::make_shared<PanneItems>();
+  for (pugi::xml_node f : xml::Child(root, "Failures").children("Failure")) {
+    std::string name = MultiLang(f, "Name", lang_);
+    Pannes_->Add(EntryInt(f, "Id"), std::move(name));
+  }
+  typeOrganes_ = std::make_shared<TypeOrganeItems>();
+  for (pugi::xml_node d : xml::Child(root, "DeviceTypes").children("DeviceType")) {
+    std::string name = MultiLang(d, "Name", lang_);
+    typeOrganes_->Add(EntryInt(d, "Id"), std::move(name));
+  }
+}
+
+void TessalyLibXml::RaiseWarningInfo(const std::string& LibClass, const std::string& warningMsg) const {
+  if (warningHandler_) warningHandler_(LibClass, warningMsg);
+}
+
+void TessalyLibXml::ReportDiagnostic(Diagnostic::Action action, pugi::xml_node node, std::string what,
+                                     std::string why) const {
+  if (!diagnosticHandler_) return;
+  Diagnostic d;
+  d.action = action;
+  d.what = std::move(what);
+  d.why = std::move(why);
+  std::ptrdiff_t offset = node.offset_debug();
+  if (offset >= 0 && !loadingText_.empty())
+    io::LineColumn(loadingText_, static_cast<std::size_t>(offset), d.line, d.column);
+  diagnosticHandler_(d);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,1 @@
+list(APPEND TESSALY_SOURCES src/target/target_item.cpp)

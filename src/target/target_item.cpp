@@ -1,0 +1,246 @@
+#include "tessaly/target/target_item.hpp"
+
+#include <optional>
+
+#include "common/xml_util.hpp"
+#include "tessaly/common/convert.hpp"
+#include "tessaly/common/error.hpp"
+#include "tessaly/data/data_items.hpp"
+#include "tessaly/data/request_items.hpp"
+#include "tessaly/devices/organe_items.hpp"
+#include "tessaly/facade/tessaly_lib_xml.hpp"
+#include "tessaly/params/auto_ident_items.hpp"
+#include "tessaly/params/target_param_item.hpp"
+#include "tessaly/screens/category_items.hpp"
+
+namespace tessaly {
+namespace {
+
+constexpr const char* kLoadSource = "loadXml";
+constexpr const char* kDefaultLanguage = "Fran\xC3\xA7" "ais";
+
+// Appends a line feed, then an element holding a line feed, and returns the element.
+pugi::xml_node AppendContainer(pugi::xml_node parent, const char* name) {
+  xml::AppendLf(parent);
+  pugi::xml_node element = xml::AppendElement(parent, name);
+  xml::AppendLf(element);
+  return element;
+}
+
+// Copies the CAN identifiers that the parameters read from the target element into a function
+// entry, when the target is a CAN target.
+void FillCanIds(TargetParamItem& params, pugi::xml_node target, FunctionItem& function) {
+  bool multi = false;
+  std::int32_t init = 0;
+  std::int32_t baud = 0;
+  std::int32_t send = kNoCanId;
+  std::int32_t receive = kNoCanId;
+  if (!params.isCan(target, multi, init, baud, send, receive)) return;
+  if (send != kNoCanId) function.set_CanXId(send);
+  if (receive != kNoCanId) function.set_CanRId(receive);
+}
+
+}  // namespace
+
+std::shared_ptr<TargetItem> TargetItem::Create() {
+  std::shared_ptr<TargetItem> target(new TargetItem());
+  target->Parametres_ = std::make_shared<TargetParamItem>();
+  target->Parametres_->set_parent(target);
+  return target;
+}
+
+TargetItem::TargetItem()
+    : datas_(std::make_shared<DataItems>()),
+      Requests_(std::make_shared<RequestItems>()),
+      Organes_(std::make_shared<OrganeItems>()),
+      Categories_(std::make_shared<CategoryItems>()),
+      AutoIdents_(std::make_shared<AutoIdentItems>()),
+      Projects_(std::make_shared<TextCollection>()) {}
+
+TargetItem::~TargetItem() { clear(); }
+
+void TargetItem::set_parent(const TessalyLibXml* facade) {
+  parent_ = facade != nullptr ? facade->Handle() : std::weak_ptr<TessalyLibXml>();
+}
+
+void TargetItem::set_name(std::string value) { name_ = std::move(value), Changed(); }
+void TargetItem::set_Address(std::int32_t value) { Address_ = value, Changed(); }
+void TargetItem::set_Langue(std::string value) { Langue_ = std::move(value), Changed(); }
+void TargetItem::set_reference(bool value) { reference_ = value, Changed(); }
+void TargetItem::set_Email(std::string value) { Email_ = std::move(value), Changed(); }
+void TargetItem::set_Href(std::string value) { Href_ = std::move(value), Changed(); }
+void TargetItem::set_Upload(std::string value) { Upload_ = std::move(value), Changed(); }
+void TargetItem::set_Group(std::string value) { Group_ = std::move(value), Changed(); }
+void TargetItem::set_Parametres(std::shared_ptr<TargetParamItem> value) { Parametres_ = std::move(value), Changed(); }
+void TargetItem::set_datas(std::shared_ptr<DataItems> value) { datas_ = std::move(value), Changed(); }
+void TargetItem::set_Requests(std::shared_ptr<RequestItems> value) { Requests_ = std::move(value), Changed(); }
+void TargetItem::set_Organes(std::shared_ptr<OrganeItems> value) { Organes_ = std::move(value), Changed(); }
+
+void TargetItem::clear() {
+  if (Parametres_) Parametres_->clear();
+  if (datas_) datas_->clear();
+  if (Requests_) Requests_->clear();
+  if (Organes_) Organes_->clear();
+  if (Categories_) Categories_->clear();
+  if (AutoIdents_) AutoIdents_->clear();
+  Parametres_.reset();
+  datas_.reset();
+  Requests_.reset();
+  Organes_.reset();
+  Categories_.reset();
+  AutoIdents_.reset();
+  if (Projects_) Projects_->RemoveAll();
+  parent_.reset();
+}
+
+void TargetItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) {
+  std::shared_ptr<TessalyLibXml> facade = parent();
+  pugi::xml_node target = parNode ? parNode.append_child("tsl:Target") : odoc.append_child("tsl:Target");
+  xml::SetAttr(target, "Name", name_);
+  if (facade && !facade->xmlEcuSchema().empty()) xml::SetAttr(target, "xmlns", facade->xmlEcuSchema());
+  if (facade && !facade->xmlScreenSchema().empty()) xml::SetAttr(target, "xmlns:ds", facade->xmlScreenSchema());
+  if (!Email_.empty()) xml::SetAttr(target, "email", Email_);
+  if (!Href_.empty()) xml::SetAttr(target, "href", Href_);
+  if (!Upload_.empty()) xml::SetAttr(target, "upload", Upload_);
+  if (!Group_.empty()) xml::SetAttr(target, "group", Group_);
+
+  if (Projects_ && Projects_->Count() > 0) {
+    xml::AppendLf(target);
+    pugi::xml_node projects = xml::AppendElement(target, "Projects");
+    xml::SetAttr(projects, "xmlns", std::string_view());
+    for (const auto& project : *Projects_) xml::AppendElement(projects, project->c_str());
+  }
+
+  xml::AppendLf(target);
+  pugi::xml_node function = xml::AppendElement(target, "Function");
+  std::shared_ptr<FunctionItem> entry =
+      facade && facade->functions() ? facade->functions()->ItemAddress(Address_) : nullptr;
+  if (!entry && facade)
+    facade->RaiseWarningInfo("TargetItem.createXMLnode",
+                             "No function of address " + IntText(Address_) + " in the functions table, Name written empty");
+  xml::SetAttr(function, "Name", entry ? entry->functionName() : std::string());
+  xml::SetAttr(function, "Address", Address_);
+  DefaultValue slot;
+  if (!Parametres_->isDefaultValue(16, slot)) xml::SetAttr(function, "ToolAddress", Parametres_->ToolAddress());
+
+  xml::AppendLf(target);
+  pugi::xml_node language = xml::AppendElement(target, "Language");
+  xml::SetAttr(language, "Name", Langue_);
+  if (reference_) xml::SetAttr(language, "Reference", std::string_view("1"));
+
+  xml::AppendLf(target);
+  Parametres_->createXMLnode(odoc, target);
+
+  if (AutoIdents_) AutoIdents_->createXMLnode(odoc, AppendContainer(target, "AutoIdents"));
+  if (datas_) datas_->createXMLnode(odoc, AppendContainer(target, "Datas"));
+  xml::AppendLf(target);
+  pugi::xml_node requests = xml::AppendElement(target, "Requests");
+  xml::SetAttr(requests, "Endian", std::string_view(Parametres_->LittleEndian() ? "Little" : "Big"));
+  xml::AppendLf(requests);
+  if (Requests_) Requests_->createXMLnode(odoc, requests);
+  if (Organes_) Organes_->createXMLnode(odoc, AppendContainer(target, "Devices"));
+  if (Categories_) {
+    xml::AppendLf(target);
+    pugi::xml_node categories = xml::AppendElement(target, "ds:Categories");
+    if (facade && !facade->xmlScreenSchema().empty()) xml::SetAttr(categories, "xmlns", facade->xmlScreenSchema());
+    xml::AppendLf(categories);
+    Categories_->createXMLnode(odoc, categories);
+  }
+}
+
+void TargetItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
+  Err().Clear();
+  // The target's own errors always reach the host, the first one winning; they are kept apart
+  // from the pending state, which the steps below clear for their own optional reads.
+  std::optional<Error> own;
+  auto fail = [&](const std::string& description) {
+    if (!own) own = Error(errc::kModel, kLoadSource, description);
+  };
+  std::shared_ptr<TargetItem> self = shared_from_this();
+
+  pugi::xml_node target = xml::Child(parNode, "tsl:Target");
+  if (!target) {
+    fail("Bad xml file, Target node not found");
+    Err().Raise(*own);
+    return;
+  }
+  if (!xml::ReadText(target, "Name", name_)) fail("Bad xml file, Target Name not found");
+  pugi::xml_node functionNode = xml::Child(target, "Function");
+  std::string functionName;
+  if (!xml::ReadText(functionNode, "Name", functionName)) fail("Bad xml file, Target function name not found");
+
+  Upload_.clear();
+  xml::ReadText(target, "upload", Upload_);
+  xml::ReadText(target, "href", Href_);
+  xml::ReadText(target, "email", Email_);
+  xml::ReadText(target, "group", Group_);
+
+  for (pugi::xml_node project : xml::Child(target, "Projects").children()) {
+    if (project.type() != pugi::node_element) continue;
+    std::string_view local = TrimSpaces(xml::BaseName(project));
+    if (!local.empty() && !Projects_->ContainsKey(local))
+      Projects_->Append(std::make_shared<std::string>(local), local);
+  }
+
+  std::shared_ptr<TessalyLibXml> facade = parent();
+  std::shared_ptr<FunctionItems> functions = facade ? facade->functions() : nullptr;
+  if (!functions) {
+    functions = std::make_shared<FunctionItems>();
+    if (facade) facade->set_functions(functions);
+  }
+  std::shared_ptr<FunctionItem> entry = functions->ItemName(functionName);
+  if (entry) {
+    FillCanIds(*Parametres_, target, *entry);
+  } else if (auto address = xml::Attr(functionNode, "Address"); !address) {
+    fail("Bad xml file, The function '" + functionName +
+         "' doesn't exist in the database structure, Contact Tessaly HotLine");
+  } else {
+    Trap([&] { Address_ = ToInt32(*address); });
+    entry = functions->ItemAddress(Address_);
+    if (entry) {
+      functionName = entry->functionName();
+    } else {
+      entry = functions->Add(Address_, functionName);
+      FillCanIds(*Parametres_, target, *entry);
+    }
+  }
+  Trap([&] {
+    std::int32_t tool = 0;
+    if (xml::ReadInt(functionNode, "ToolAddress", tool)) Parametres_->set_ToolAddress(tool);
+  });
+  Err().Clear();
+  if (entry) Address_ = entry->Address();
+
+  pugi::xml_node language = xml::Child(target, "Language");
+  Langue_ = kDefaultLanguage;
+  xml::ReadText(language, "Name", Langue_);
+  reference_ = true;
+  Trap([&] { xml::ReadBool(language, "Reference", reference_); });
+  Err().Clear();
+
+  Parametres_->loadXml(target);
+
+  if (pugi::xml_node node = xml::Child(target, "Datas")) {
+    if (!datas_) datas_ = std::make_shared<DataItems>();
+    datas_->loadXml(odoc, node, self);
+  }
+  if (pugi::xml_node node = xml::Child(target, "Requests")) {
+    if (!Requests_) Requests_ = std::make_shared<RequestItems>();
+    Requests_->loadXml(odoc, node, self);
+  }
+  if (pugi::xml_node node = xml::Child(target, "Devices")) {
+    if (!Organes_) Organes_ = std::make_shared<OrganeItems>();
+    Organes_->loadXml(odoc, node, self);
+  }
+  if (pugi::xml_node node = xml::Child(target, "ds:Categories")) {
+    if (!Categories_) Categories_ = std::make_shared<CategoryItems>();
+    Categories_->loadXml(odoc, node, self);
+  }
+  if (pugi::xml_node node = xml::Child(target, "AutoIdents")) {
+    if (!AutoIdents_) AutoIdents_ = std::make_shared<AutoIdentItems>();
+    AutoIdents_->loadXml(odoc, node, self);
+  }
+  if (own) Err().Raise(*own);
+}
+
+}  // namespace tessaly

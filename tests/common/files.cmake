@@ -1,0 +1,3 @@
+list(APPEND TESSALY_TEST_SOURCES
+  common/convert_test.cpp
+  common/keyed_collection_test.cpp)

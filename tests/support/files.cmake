@@ -1,0 +1,1 @@
+list(APPEND TESSALY_TEST_SOURCES support/test_support.cpp)
