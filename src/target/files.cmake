@@ -1,1 +1,3 @@
-list(APPEND TESSALY_SOURCES src/target/target_item.cpp)
+list(APPEND TESSALY_SOURCES
+  src/target/reporting.cpp
+  src/target/target_item.cpp)
