@@ -1,1 +1,19 @@
-int main() { return 0; }
+// The tessaly command line: open, check, convert and query ECU documents from the shell.
+#include <CLI/CLI.hpp>
+
+#include "cli/convert_command.hpp"
+
+int main(int argc, char** argv) {
+  CLI::App app{"tessaly: read, check and write ECU diagnostic descriptions"};
+  app.require_subcommand(1);
+  int status = 0;
+  tessaly::cli::AddConvertCommand(app, status);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    int code = app.exit(e);
+    // --help is a success; every other parse failure is a usage error.
+    return code == 0 ? 0 : 2;
+  }
+  return status;
+}

@@ -375,16 +375,14 @@ std::string Serialize(const pugi::xml_document& doc, std::string_view encoding) 
 }
 
 void WriteFileAtomically(const std::string& path, std::string_view bytes) {
-  auto fail = [&](int number, const std::string& what) {
-    Raise(number, "ExportUceToXml", what + " '" + path + "': " + std::strerror(number));
-  };
+  auto fail = [&](int number) { Raise(number, "ExportUceToXml", "cannot write '" + path + "': " + std::strerror(number)); };
   struct stat st {};
   bool exists = ::stat(path.c_str(), &st) == 0;
-  if (exists && S_ISDIR(st.st_mode)) fail(EISDIR, "cannot write");
+  if (exists && S_ISDIR(st.st_mode)) fail(EISDIR);
   static std::atomic<unsigned> counter{0};
   std::string temp = path + ".tmp-" + std::to_string(::getpid()) + "-" + std::to_string(counter++);
   int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (fd < 0) fail(errno, "cannot create a temporary file for");
+  if (fd < 0) fail(errno);
   int error = 0;
   std::size_t written = 0;
   while (error == 0 && written < bytes.size()) {
@@ -399,7 +397,7 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
   if (error == 0 && ::rename(temp.c_str(), path.c_str()) != 0) error = errno;
   if (error != 0) {
     ::unlink(temp.c_str());
-    fail(error, "cannot write");
+    fail(error);
   }
 }
 

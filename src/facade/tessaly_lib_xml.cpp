@@ -27,6 +27,12 @@ TessalyLibXml::TessalyLibXml()
   ecuNamespace_ = kDefaultEcuNamespace;
   xmlScreenSchema_ = kDefaultScreenNamespace;
   xmlEncoding_ = "UTF-8";
+  ReloadDefaultParameters();
+}
+
+void TessalyLibXml::ReloadDefaultParameters() {
+  // The built-in text is already UTF-8: it is parsed as such, never decoded from its declared
+  // encoding.
   pugi::xml_document doc;
   std::string reason;
   if (!io::ParseUtf8(doc, ParamNodeDefinition(), reason))

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
 
+#include <atomic>
 #include <filesystem>
+#include <thread>
 #include <string>
 #include <utility>
 #include <vector>
@@ -72,3 +74,28 @@ class RecordingEventLog : public EventLog {
 }  // namespace tessaly::testing
 
 #endif  // TESSALY_TESTS_SUPPORT_TEST_SUPPORT_HPP_
+
+namespace tessaly::testing {
+
+// A minimal HTTP/1.0 server on 127.0.0.1 (an ephemeral port) that answers every request with
+// the same status and body, until it is destroyed.
+class LoopbackHttpServer {
+ public:
+  LoopbackHttpServer(int status, std::string body);
+  ~LoopbackHttpServer();
+  LoopbackHttpServer(const LoopbackHttpServer&) = delete;
+  LoopbackHttpServer& operator=(const LoopbackHttpServer&) = delete;
+  // "http://127.0.0.1:PORT" + path.
+  std::string Url(const std::string& path) const;
+
+ private:
+  void Serve();
+  int listener_ = -1;
+  int port_ = 0;
+  int status_;
+  std::string body_;
+  std::thread thread_;
+  std::atomic<bool> stop_{false};
+};
+
+}  // namespace tessaly::testing

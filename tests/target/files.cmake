@@ -1,1 +1,1 @@
-list(APPEND TESSALY_TEST_SOURCES)
+list(APPEND TESSALY_TEST_SOURCES target/target_frame_test.cpp)

@@ -103,6 +103,9 @@ class TessalyLibXml {
   std::string ExportUceToText();
   // Replaces the three reference tables with those of the parameter document at `url`.
   void ReadGlobalParameters(const std::string& url);
+  // Replaces the three reference tables with those of the built-in parameter document, names
+  // picked in the current `lang` (construction reads them in "fr").
+  void ReloadDefaultParameters();
   // Kept for hosts that call it: does nothing.
   void ExportParametersToXml(const std::string& url, const std::string& options);
 

@@ -1,0 +1,65 @@
+#include "cli/convert_command.hpp"
+
+#include <iostream>
+
+#include "cli/console.hpp"
+
+namespace tessaly::cli {
+
+void AddConvertCommand(CLI::App& app, int& status) {
+  struct Options {
+    std::string in;
+    std::string out;
+    bool force = false;
+    FacadeOptions facade;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* cmd = app.add_subcommand("convert", "Load an ECU document and save it again (path or URL in, file out)");
+  cmd->add_option("IN", options->in, "Document to load: a file path, file:// or http(s):// URL")->required();
+  cmd->add_option("OUT", options->out, "File to write")->required();
+  cmd->add_flag("--force", options->force, "Save the partial document even when loading raised an error");
+  AddFacadeOptions(*cmd, options->facade);
+  cmd->callback([options, &status] {
+    status = RunConvert(options->in, options->out, options->force, options->facade, std::cerr);
+  });
+}
+
+void AddFacadeOptions(CLI::App& cmd, FacadeOptions& facade) {
+  cmd.add_option("--lang", facade.lang, "Language of the reference-table names (default fr)");
+  cmd.add_option("--encoding", facade.encoding, "Encoding of the written document (default UTF-8)");
+  cmd.add_option("--stylesheet", facade.stylesheet, "Style sheet URL written into the document (\"\" for none)");
+  cmd.add_option("--params", facade.params, "Global parameter document to read first");
+  cmd.add_option("--functions", facade.functions, "Document whose root holds the Function rows of the functions table");
+}
+
+int RunConvert(const std::string& in, const std::string& out, bool force, const FacadeOptions& facade_options,
+               std::ostream& err) {
+  std::unique_ptr<TessalyLibXml> lib;
+  try {
+    lib = MakeFacade(facade_options, err);
+  } catch (const Error& error) {
+    PrintError(err, error);
+    return 1;
+  }
+  int status = 0;
+  try {
+    lib->ImportUceFromXml(in);
+  } catch (const Error& error) {
+    PrintError(err, error);
+    status = 1;
+    if (!force || !lib->ActiveTarget()) return status;
+  }
+  try {
+    lib->ExportUceToXml(out);
+  } catch (const Error& error) {
+    PrintError(err, error);
+    return 1;
+  }
+  if (lib->LastSaveError()) {
+    PrintError(err, *lib->LastSaveError());
+    return 1;
+  }
+  return status;
+}
+
+}  // namespace tessaly::cli
