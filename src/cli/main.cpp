@@ -2,12 +2,14 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/convert_command.hpp"
+#include "cli/params_command.hpp"
 
 int main(int argc, char** argv) {
   CLI::App app{"tessaly: read, check and write ECU diagnostic descriptions"};
   app.require_subcommand(1);
   int status = 0;
   tessaly::cli::AddConvertCommand(app, status);
+  tessaly::cli::AddParamsCommand(app, status);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
