@@ -51,8 +51,14 @@ TessalyLibXml::~TessalyLibXml() {
 
 void TessalyLibXml::ClearTarget() {
   if (!ActiveTarget_) return;
-  ActiveTarget_->clear();
+  std::shared_ptr<TargetItem> target = std::move(ActiveTarget_);
   ActiveTarget_.reset();
+  try {
+    target->clear();
+  } catch (const Error&) {
+    // The target released all its parts; a part that could not clear itself (a category
+    // without a screen list) must not keep the document, nor stop the next one from loading.
+  }
 }
 
 std::shared_ptr<TargetItem> TessalyLibXml::NewTarget() {

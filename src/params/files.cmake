@@ -1,1 +1,3 @@
-list(APPEND TESSALY_SOURCES)
+list(APPEND TESSALY_SOURCES
+  src/params/auto_ident_items.cpp
+  src/params/target_param_item.cpp)

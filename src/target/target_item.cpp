@@ -57,7 +57,14 @@ TargetItem::TargetItem()
       AutoIdents_(std::make_shared<AutoIdentItems>()),
       Projects_(std::make_shared<TextCollection>()) {}
 
-TargetItem::~TargetItem() { clear(); }
+TargetItem::~TargetItem() {
+  try {
+    clear();
+  } catch (const Error&) {
+    // A part that cannot clear itself (a category without a screen list) must not escape a
+    // destructor; every part has been released all the same.
+  }
+}
 
 void TargetItem::set_parent(const TessalyLibXml* facade) {
   parent_ = facade != nullptr ? facade->Handle() : std::weak_ptr<TessalyLibXml>();
@@ -77,12 +84,23 @@ void TargetItem::set_Requests(std::shared_ptr<RequestItems> value) { Requests_ =
 void TargetItem::set_Organes(std::shared_ptr<OrganeItems> value) { Organes_ = std::move(value), Changed(); }
 
 void TargetItem::clear() {
-  if (Parametres_) Parametres_->clear();
-  if (datas_) datas_->clear();
-  if (Requests_) Requests_->clear();
-  if (Organes_) Organes_->clear();
-  if (Categories_) Categories_->clear();
-  if (AutoIdents_) AutoIdents_->clear();
+  // Every part is cleared and released even when one of them fails; the first failure is
+  // raised afterwards.
+  std::optional<Error> failure;
+  auto clear_part = [&](const auto& part) {
+    if (!part) return;
+    try {
+      part->clear();
+    } catch (const Error& error) {
+      if (!failure) failure = error;
+    }
+  };
+  clear_part(Parametres_);
+  clear_part(datas_);
+  clear_part(Requests_);
+  clear_part(Organes_);
+  clear_part(Categories_);
+  clear_part(AutoIdents_);
   Parametres_.reset();
   datas_.reset();
   Requests_.reset();
@@ -91,6 +109,7 @@ void TargetItem::clear() {
   AutoIdents_.reset();
   if (Projects_) Projects_->RemoveAll();
   parent_.reset();
+  if (failure) throw *failure;
 }
 
 void TargetItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) {

@@ -73,8 +73,6 @@ class RecordingEventLog : public EventLog {
 
 }  // namespace tessaly::testing
 
-#endif  // TESSALY_TESTS_SUPPORT_TEST_SUPPORT_HPP_
-
 namespace tessaly::testing {
 
 // A minimal HTTP/1.0 server on 127.0.0.1 (an ephemeral port) that answers every request with
@@ -99,3 +97,5 @@ class LoopbackHttpServer {
 };
 
 }  // namespace tessaly::testing
+
+#endif  // TESSALY_TESTS_SUPPORT_TEST_SUPPORT_HPP_

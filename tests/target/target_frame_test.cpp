@@ -250,3 +250,34 @@ TEST_F(TargetFrameTest, MissingFunctionEntryWritesAnEmptyNameWithAWarning) {
 
 }  // namespace
 }  // namespace tessaly
+
+namespace tessaly {
+namespace {
+
+// A category read without a name has no screen list, and clearing it fails; that must neither
+// keep the document alive nor stop the next import, nor escape a destructor.
+TEST(TargetClearTest, CategoryThatCannotClearDoesNotBlockTheNextImport) {
+  const std::string damaged = Document(" Name=\"E\"", "<Function Name=\"F\" Address=\"1\"/><ds:Categories><Category/></ds:Categories>");
+  auto lib = std::make_unique<TessalyLibXml>();
+  try {
+    lib->ImportUceFromText(damaged);
+  } catch (const Error&) {
+  }
+  auto first = lib->ActiveTarget();
+  ASSERT_NE(first, nullptr);
+  // Clearing it reports the failure once every part is released.
+  EXPECT_TESSALY_ERROR(first->clear(), 91, "Tessaly",
+                       "Object variable or With block variable not set");
+  EXPECT_EQ(first->Categories(), nullptr);
+  lib->ImportUceFromText(Document(" Name=\"Next\"", "<Function Name=\"F\" Address=\"1\"/>"));
+  EXPECT_EQ(lib->ActiveTarget()->name(), "Next");
+  try {
+    lib->ImportUceFromText(damaged);
+  } catch (const Error&) {
+  }
+  lib.reset();  // destroying the facade with that document active must not terminate
+  SUCCEED();
+}
+
+}  // namespace
+}  // namespace tessaly

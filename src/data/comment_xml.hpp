@@ -1,0 +1,23 @@
+// The free comment of a data item or a request: read from a Comment element (or, in older
+// documents, from the first XML comment), written as a CDATA section inside Comment.
+#ifndef TESSALY_SRC_DATA_COMMENT_XML_HPP_
+#define TESSALY_SRC_DATA_COMMENT_XML_HPP_
+
+#include <pugixml.hpp>
+
+#include <string>
+#include <string_view>
+
+namespace tessaly::data {
+
+// The text of the Comment child of `node`, else of its first XML comment, with each line feed
+// turned into carriage return + line feed and surrounding spaces removed; "" when neither exists.
+std::string ReadComment(pugi::xml_node node);
+
+// When `comment` without surrounding spaces is not empty: appends a Comment element holding it
+// as a CDATA section, then a line feed.
+void WriteComment(pugi::xml_node node, std::string_view comment);
+
+}  // namespace tessaly::data
+
+#endif  // TESSALY_SRC_DATA_COMMENT_XML_HPP_

@@ -1,0 +1,268 @@
+#include "tessaly/data/data_items.hpp"
+
+#include <optional>
+
+#include "common/standard_xml.hpp"
+#include "common/xml_util.hpp"
+#include "data/comment_xml.hpp"
+#include "target/reporting.hpp"
+#include "tessaly/common/convert.hpp"
+#include "tessaly/common/error.hpp"
+#include "tessaly/target/target_item.hpp"
+
+namespace tessaly {
+namespace {
+
+constexpr const char* kLoadSource = "DataItem.loadXml";
+
+std::string Key(std::string_view name) {
+  std::string key = "k";
+  key += name;
+  return key;
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------------------------
+// DataItem
+
+void DataItem::set_dataName(std::string value) {
+  if (std::shared_ptr<TargetItem> target = parent()) {
+    const std::shared_ptr<DataItems>& datas = target->datas();
+    if (datas && datas->ItemName(value)) Raise(errc::kModel, "DataItem.dataName", "Duplicate name (" + value + ")");
+  }
+  dataName_ = std::move(value);
+}
+
+void DataItem::clear() {
+  parent_.reset();
+  if (DataListes_) DataListes_->clear();
+  DataListes_.reset();
+}
+
+std::shared_ptr<DataItem> DataItem::clone(const std::shared_ptr<TargetItem>& parent) const {
+  auto copy = std::make_shared<DataItem>();
+  copy->set_parent(parent);
+  copy->Ascii_ = Ascii_;
+  copy->CoeffA_ = CoeffA_;
+  copy->CoeffB_ = CoeffB_;
+  copy->CoeffC_ = CoeffC_;
+  copy->DataFormat_ = DataFormat_;
+  copy->set_dataName(dataName_);
+  copy->Description_ = Description_;
+  copy->Fiche_ = Fiche_;
+  copy->liste_ = liste_;
+  copy->Mnemo_ = Mnemo_;
+  copy->NumberBits_ = NumberBits_;
+  copy->numerique_ = numerique_;
+  copy->Signe_ = Signe_;
+  copy->Unite_ = Unite_;
+  if (DataListes_) copy->DataListes_ = DataListes_->clone(copy);
+  return copy;
+}
+
+void DataItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+  xml::SetAttr(parNode, "Name", std::string_view(dataName_));
+  xml::AppendLf(parNode);
+
+  data::WriteComment(parNode, Description_);
+  if (!Mnemo_.empty()) {
+    xml::AppendText(xml::AppendElement(parNode, "Mnemonic"), Mnemo_);
+    xml::AppendLf(parNode);
+  }
+  if (!Fiche_.empty()) {
+    xml::AppendCData(xml::AppendElement(parNode, "Description"), Fiche_);
+    xml::AppendLf(parNode);
+  }
+
+  if (numerique_) {
+    pugi::xml_node bits = xml::AppendElement(parNode, "Bits");
+    if (NumberBits_ != 8) xml::SetAttr(bits, "count", NumberBits_);
+    if (Signe_) xml::SetAttr(bits, "signed", std::string_view("1"));
+    xml::AppendLf(bits);
+    if (liste_) {
+      // An enumerated value is written without its scaling.
+      pugi::xml_node list = xml::AppendElement(bits, "List");
+      xml::AppendLf(bits);
+      if (DataListes_) DataListes_->createXMLnode(odoc, list);
+    } else {
+      pugi::xml_node scaled = xml::AppendElement(bits, "Scaled");
+      xml::AppendLf(bits);
+      if (!Unite_.empty()) xml::SetAttr(scaled, "Unit", std::string_view(Unite_));
+      if (CoeffA_ != 1.0) xml::SetAttr(scaled, "Step", std::string_view(NumberText(CoeffA_)));
+      if (CoeffB_ != 0.0) xml::SetAttr(scaled, "Offset", std::string_view(NumberText(CoeffB_)));
+      if (CoeffC_ != 1.0) xml::SetAttr(scaled, "DivideBy", std::string_view(NumberText(CoeffC_)));
+      if (!DataFormat_.empty()) xml::SetAttr(scaled, "Format", std::string_view(DataFormat_));
+    }
+  } else {
+    pugi::xml_node bytes = xml::AppendElement(parNode, "Bytes");
+    // Whole bytes as an integer ("3"), a part byte in its shortest decimal form ("1.5").
+    xml::SetAttr(bytes, "count", std::string_view(NumberText(static_cast<double>(NumberBits_) / 8.0)));
+    if (Ascii_) xml::SetAttr(bytes, "ascii", std::string_view("1"));
+  }
+  xml::AppendLf(parNode);
+}
+
+void DataItem::ResetNumeric() {
+  NumberBits_ = 8;
+  numerique_ = true;
+  liste_ = false;
+  Unite_.clear();
+  Signe_ = false;
+  CoeffA_ = 1.0;
+  CoeffB_ = 0.0;
+  CoeffC_ = 1.0;
+  DataFormat_.clear();
+  Ascii_ = false;
+}
+
+void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
+  Err().Clear();
+  auto name = xml::Attr(parNode, "Name");
+  if (!name) {
+    Err().Raise(errc::kMissingName, kLoadSource, "DataItem.loadXml error : Name not defined");
+    return;
+  }
+  // Stored directly: reading never runs the duplicate check of the setter.
+  dataName_.assign(*name);
+
+  Description_ = data::ReadComment(parNode);
+  Mnemo_ = xml::Text(xml::Child(parNode, "Mnemonic"));
+  Fiche_ = xml::Text(xml::Child(parNode, "Description"));
+
+  ResetNumeric();
+  if (pugi::xml_node bits = xml::Child(parNode, "Bits")) {
+    numerique_ = true;
+    Trap([&] { xml::ReadInt(bits, "count", NumberBits_); });
+    if (auto sign = xml::Attr(bits, "signed")) Signe_ = ToBoolOrFalse(*sign);
+    if (pugi::xml_node scaled = xml::Child(bits, "Scaled")) {
+      // Each coefficient is the number its text starts with: "0,5" reads as 0.
+      if (auto step = xml::Attr(scaled, "Step")) CoeffA_ = LeadingNumber(*step);
+      if (auto offset = xml::Attr(scaled, "Offset")) CoeffB_ = LeadingNumber(*offset);
+      if (auto divide = xml::Attr(scaled, "DivideBy")) CoeffC_ = LeadingNumber(*divide);
+      xml::ReadText(scaled, "Unit", Unite_);
+      xml::ReadText(scaled, "Format", DataFormat_);
+    }
+    if (pugi::xml_node list = xml::Child(bits, "List")) {
+      liste_ = true;
+      DataListes_ = std::make_shared<DataListeItems>();
+      // The list reader starts from a clear error state; an error this item met before stays
+      // the pending one.
+      std::optional<Error> earlier;
+      if (Err().Pending()) earlier = Err().ToError();
+      DataListes_->loadXml(odoc, list, weak_from_this().lock());
+      if (earlier) Err().Raise(*earlier);
+    }
+  } else if (pugi::xml_node bytes = xml::Child(parNode, "Bytes")) {
+    numerique_ = false;
+    if (auto count = xml::Attr(bytes, "count"))
+      Trap([&] { NumberBits_ = RoundToInt32(LeadingNumber(*count) * 8.0); });
+    if (auto ascii = xml::Attr(bytes, "ascii")) Ascii_ = ToBoolOrFalse(*ascii);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// DataItems
+
+std::shared_ptr<DataItem> DataItems::AddData(const std::shared_ptr<DataItem>& vData) {
+  return Append(vData, Key(vData->dataName()));
+}
+
+std::shared_ptr<DataItem> DataItems::Add(std::string dataName) {
+  auto item = std::make_shared<DataItem>();
+  item->set_dataName(std::move(dataName));
+  return AddData(item);
+}
+
+std::shared_ptr<DataItem> DataItems::AddDataSorted(const std::shared_ptr<DataItem>& vData) {
+  const std::string& name = vData->dataName();
+  for (const auto& item : inner_)
+    if (item->dataName() == name) Raise(errc::kModel, "DataItems.AddDataSorted", "Duplicate data name '" + name + "'");
+
+  // The new item goes before the LAST item whose name sorts after its own (comparison by
+  // character codes); the scan deliberately runs to the end.
+  std::int32_t pos = 0;
+  for (std::int32_t i = 1; i <= inner_.Count(); ++i)
+    if (name < inner_.Item(i)->dataName()) pos = i;
+
+  const std::string key = Key(name);
+  if (pos == 0) {
+    inner_.Append(vData, key);
+    return vData;
+  }
+  // A key that collides with another letter case makes both attempts fail; the item is then
+  // returned without being added.
+  try {
+    inner_.InsertBefore(pos, vData, key);
+  } catch (const Error&) {
+    try {
+      inner_.Append(vData, key);
+    } catch (const Error&) {
+    }
+  }
+  return vData;
+}
+
+void DataItems::rename(const std::shared_ptr<DataItem>& vData, const std::string& newName) {
+  std::shared_ptr<DataItem> found = ItemName(newName);
+  if (found && found != vData) Raise(errc::kModel, "DataItems.rename", "Duplicate data (" + newName + ")");
+  if (vData->dataName() == newName) return;
+
+  std::int32_t pos = 0;
+  for (std::int32_t i = 1; i <= inner_.Count(); ++i) {
+    if (inner_.Item(i)->dataName() == vData->dataName()) {
+      pos = i;
+      break;
+    }
+  }
+  std::shared_ptr<DataItem> removed;
+  std::string oldKey;
+  if (pos != 0) {
+    removed = inner_.Item(pos);
+    oldKey = inner_.KeyAt(pos);
+    inner_.Remove(pos);
+  }
+  try {
+    vData->set_dataName(newName);
+  } catch (const Error&) {
+    // The name was refused: the collection goes back to what it was.
+    if (removed) {
+      if (pos <= inner_.Count()) inner_.InsertBefore(pos, removed, oldKey);
+      else inner_.Append(removed, oldKey);
+    }
+    throw;
+  }
+  AddDataSorted(vData);
+}
+
+std::shared_ptr<DataItem> DataItems::ItemName(std::string_view name) const { return inner_.Find(Key(name)); }
+
+void DataItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+  for (const auto& item : inner_) {
+    xml::AppendLf(parNode);
+    item->createXMLnode(odoc, xml::AppendElement(parNode, "Data"));
+  }
+}
+
+void DataItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent) {
+  Err().Clear();
+  ForEachChild(parNode, "Data", [&](pugi::xml_node child) {
+    auto item = std::make_shared<DataItem>();
+    item->set_parent(parent);
+    item->loadXml(odoc, child);
+    if (Err().Pending()) {
+      // Kept with what it read.
+      if (auto f = DiagnosticsOf(parent.get()))
+        f->ReportDiagnostic(Diagnostic::Action::kRepaired, child, "Data " + item->dataName(), Err().Description());
+    }
+    Err().Clear();
+    if (!Trap([&] { AddData(item); })) {
+      // A name read before (in any letter case).
+      if (auto f = DiagnosticsOf(parent.get()))
+        f->ReportDiagnostic(Diagnostic::Action::kDropped, child, "Data " + item->dataName(), Err().Description());
+    }
+    Err().Clear();
+  });
+}
+
+}  // namespace tessaly

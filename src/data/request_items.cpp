@@ -1,0 +1,208 @@
+#include "tessaly/data/request_items.hpp"
+
+#include <optional>
+
+#include "common/standard_xml.hpp"
+#include "common/xml_util.hpp"
+#include "data/comment_xml.hpp"
+#include "target/reporting.hpp"
+#include "tessaly/common/convert.hpp"
+#include "tessaly/common/error.hpp"
+#include "tessaly/data/data_items.hpp"
+#include "tessaly/target/target_item.hpp"
+
+namespace tessaly {
+namespace {
+
+constexpr const char* kLoadSource = "RequestItem.loadXml";
+
+std::string Key(std::string_view name) {
+  std::string key = "k";
+  key += name;
+  return key;
+}
+
+// Runs a nested collection reader (which starts from a clear error state) so that an error this
+// request met before it stays the pending one.
+template <class Read>
+void KeepingPendingError(Read&& read) {
+  std::optional<Error> earlier;
+  if (Err().Pending()) earlier = Err().ToError();
+  read();
+  if (earlier) Err().Raise(*earlier);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------------------------
+// RequestItem
+
+void RequestItem::clear() {
+  if (DataPositions_) DataPositions_->clear();
+  DataPositions_.reset();
+  RequestBytes_.reset();
+  ReplyBytes_.reset();
+  parent_.reset();
+}
+
+void RequestItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node reqNode) const {
+  xml::SetAttr(reqNode, "Name", std::string_view(requestName_));
+  xml::AppendLf(reqNode);
+
+  if (DossierMaintenabilite_) {
+    xml::AppendElement(reqNode, "DossierMaintenabilite");
+    xml::AppendLf(reqNode);
+  }
+  if (ManuelSend_) {
+    xml::AppendElement(reqNode, "ManuelSend");
+    xml::AppendLf(reqNode);
+  }
+  if (!AccesTous_ || !AccesUsine_ || !AccesApresVente_ || !AccesEtudes_ || !AccesConstructeur_) {
+    pugi::xml_node deny = xml::AppendElement(reqNode, "DenyAccess");
+    if (!AccesTous_) xml::AppendElement(deny, "NoSDS");
+    if (!AccesUsine_) xml::AppendElement(deny, "Plant");
+    if (!AccesApresVente_) xml::AppendElement(deny, "AfterSales");
+    if (!AccesEtudes_) xml::AppendElement(deny, "Engineering");
+    if (!AccesConstructeur_) xml::AppendElement(deny, "Supplier");
+    xml::AppendLf(reqNode);
+  }
+  data::WriteComment(reqNode, Commentaire_);
+
+  pugi::xml_node sent = xml::AppendElement(reqNode, "Sent");
+  xml::AppendLf(sent);
+  if (LgVariable_) {
+    xml::AppendElement(sent, "VariableLength");
+    xml::AppendLf(sent);
+  }
+  pugi::xml_node sentBytes = xml::AppendElement(sent, "SentBytes");
+  if (RequestBytes_ && !RequestBytes_->ToText().empty()) xml::AppendText(sentBytes, RequestBytes_->ToText());
+  xml::AppendLf(sent);
+  if (DataPositions_) DataPositions_->createXMLnodeType(odoc, sent, true);
+  xml::AppendLf(reqNode);
+
+  pugi::xml_node received = xml::AppendElement(reqNode, "Received");
+  xml::SetAttr(received, "MinBytes", LengthDatas_);
+  xml::AppendLf(received);
+  if (ShiftBytesCount_ != 0) {
+    xml::AppendText(xml::AppendElement(received, "ShiftBytesCount"), IntText(ShiftBytesCount_));
+    xml::AppendLf(received);
+  }
+  if (ReplyBytes_ && ReplyBytes_->HasBytes()) {
+    xml::AppendText(xml::AppendElement(received, "ReplyBytes"), ReplyBytes_->ToText());
+    xml::AppendLf(received);
+  }
+  if (DataPositions_) DataPositions_->createXMLnodeType(odoc, received, false);
+  xml::AppendLf(reqNode);
+}
+
+void RequestItem::loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode) {
+  Err().Clear();
+  auto name = xml::Attr(reqNode, "Name");
+  if (!name) {
+    Err().Raise(errc::kMissingName, kLoadSource, "RequestItem.loadXml error : Name not defined");
+    return;
+  }
+  requestName_.assign(*name);
+
+  Commentaire_ = data::ReadComment(reqNode);
+  DossierMaintenabilite_ = static_cast<bool>(xml::Child(reqNode, "DossierMaintenabilite"));
+  ManuelSend_ = static_cast<bool>(xml::Child(reqNode, "ManuelSend"));
+
+  AccesTous_ = AccesUsine_ = AccesApresVente_ = AccesEtudes_ = AccesConstructeur_ = true;
+  if (pugi::xml_node deny = xml::Child(reqNode, "DenyAccess")) {
+    AccesTous_ = !xml::Child(deny, "NoSDS");
+    AccesUsine_ = !xml::Child(deny, "Plant");
+    AccesApresVente_ = !xml::Child(deny, "AfterSales");
+    AccesEtudes_ = !xml::Child(deny, "Engineering");
+    AccesConstructeur_ = !xml::Child(deny, "Supplier");
+  }
+
+  std::shared_ptr<RequestItem> self = weak_from_this().lock();
+
+  if (!RequestBytes_) RequestBytes_ = std::make_shared<ByteString>();
+  LgVariable_ = false;
+  if (pugi::xml_node sent = xml::Child(reqNode, "Sent")) {
+    LgVariable_ = static_cast<bool>(xml::Child(sent, "VariableLength"));
+    if (pugi::xml_node bytes = xml::Child(sent, "SentBytes")) RequestBytes_->FromText(xml::Text(bytes));
+    if (!DataPositions_) DataPositions_ = std::make_shared<DataPositionItems>();
+    KeepingPendingError([&] { DataPositions_->loadXmlType(odoc, sent, self, true); });
+  }
+
+  if (!ReplyBytes_) ReplyBytes_ = std::make_shared<ByteString>();
+  ShiftBytesCount_ = 0;
+  if (pugi::xml_node received = xml::Child(reqNode, "Received")) {
+    Trap([&] { xml::ReadInt(received, "MinBytes", LengthDatas_); });
+    if (pugi::xml_node shift = xml::Child(received, "ShiftBytesCount"))
+      Trap([&] { ShiftBytesCount_ = ToInt32(xml::Text(shift)); });
+    if (pugi::xml_node bytes = xml::Child(received, "ReplyBytes")) ReplyBytes_->FromText(xml::Text(bytes));
+    if (!DataPositions_) DataPositions_ = std::make_shared<DataPositionItems>();
+    KeepingPendingError([&] { DataPositions_->loadXmlType(odoc, received, self, false); });
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// RequestItems
+
+std::shared_ptr<RequestItem> RequestItems::AddData(const std::shared_ptr<RequestItem>& vData) {
+  return Append(vData, Key(vData->requestName()));
+}
+
+std::shared_ptr<RequestItem> RequestItems::Add(std::string requestName) {
+  auto item = std::make_shared<RequestItem>();
+  item->set_requestName(std::move(requestName));
+  return AddData(item);
+}
+
+void RequestItems::rename(const std::shared_ptr<RequestItem>& vData, const std::string& newName) {
+  std::shared_ptr<RequestItem> found = ItemName(newName);
+  if (found && found != vData) Raise(errc::kModel, "RequestItems.rename", "Duplicate request (" + newName + ")");
+  if (vData->requestName() == newName) return;
+
+  for (std::int32_t i = 1; i <= inner_.Count(); ++i) {
+    if (inner_.Item(i)->requestName() == vData->requestName()) {
+      inner_.Remove(i);
+      break;
+    }
+  }
+  vData->set_requestName(newName);
+  AddData(vData);
+}
+
+std::shared_ptr<RequestItem> RequestItems::ItemName(std::string_view name) const { return inner_.Find(Key(name)); }
+
+std::shared_ptr<DataPositionItem> RequestItems::ItemDataPositionName(std::string_view requestName,
+                                                                     std::string_view dataName) const {
+  std::shared_ptr<RequestItem> request = ItemName(requestName);
+  if (!request || !request->DataPositions()) return nullptr;
+  for (const auto& position : *request->DataPositions()) {
+    std::shared_ptr<DataItem> item = position->data();
+    if (item && item->dataName() == dataName) return position;
+  }
+  return nullptr;
+}
+
+void RequestItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+  for (const auto& item : inner_) {
+    xml::AppendLf(parNode);
+    item->createXMLnode(odoc, xml::AppendElement(parNode, "Request"));
+  }
+}
+
+void RequestItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
+                           const std::shared_ptr<TargetItem>& parent) {
+  Err().Clear();
+  ForEachChild(parNode, "Request", [&](pugi::xml_node child) {
+    auto item = std::make_shared<RequestItem>();
+    item->set_parent(parent);
+    item->loadXml(odoc, child);
+    // A request that met an error, or whose name was read before, is dropped.
+    if (!Err().Pending()) Trap([&] { AddData(item); });
+    if (Err().Pending()) {
+      if (auto f = DiagnosticsOf(parent.get()))
+        f->ReportDiagnostic(Diagnostic::Action::kDropped, child, "Request " + item->requestName(), Err().Description());
+      Err().Clear();
+    }
+  });
+}
+
+}  // namespace tessaly

@@ -1,0 +1,97 @@
+#include "tessaly/screens/category_items.hpp"
+
+#include "common/standard_xml.hpp"
+#include "common/xml_util.hpp"
+#include "target/reporting.hpp"
+#include "tessaly/common/error.hpp"
+#include "tessaly/screens/screen_items.hpp"
+#include "tessaly/target/target_item.hpp"
+
+namespace tessaly {
+namespace {
+
+constexpr const char* kCategoryLoad = "CategoryItem.loadXml";
+
+}  // namespace
+
+void CategoryItem::clear() {
+  // A category without a screen list cannot be cleared; the error goes to the caller of
+  // CategoryItems::clear, which stops there.
+  if (!Screens_) RaisePlatform(errc::kObjectNotSet);
+  Screens_->clear();
+  Screens_.reset();
+  parent_.reset();
+}
+
+void CategoryItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+  xml::SetAttr(parNode, "Name", categoryName_);
+  xml::AppendLf(parNode);
+  if (Screens_) {
+    Screens_->createXMLnode(odoc, parNode);
+    xml::AppendLf(parNode);
+  }
+}
+
+void CategoryItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
+  Err().Clear();
+  if (!xml::ReadText(parNode, "Name", categoryName_)) {
+    // Reported and withdrawn at once: the category is kept, nameless and without screens.
+    Err().Raise(errc::kModel, kCategoryLoad, "Name undefined, bad category");
+    Err().Clear();
+    if (auto facade = DiagnosticsOf(parent().get()))
+      facade->ReportDiagnostic(Diagnostic::Action::kRepaired, parNode, "Category without Name",
+                               "Name undefined, bad category");
+    return;
+  }
+  Screens_ = std::make_shared<ScreenItems>();
+  Screens_->loadXml(odoc, parNode, shared_from_this());
+}
+
+std::shared_ptr<CategoryItem> CategoryItems::Add(std::string categoryName, std::string_view sKey) {
+  auto item = std::make_shared<CategoryItem>();
+  item->set_categoryName(std::move(categoryName));
+  return Append(item, sKey);
+}
+
+std::shared_ptr<CategoryItem> CategoryItems::AddData(const std::shared_ptr<CategoryItem>& vData, std::string_view sKey) {
+  if (!vData) RaisePlatform(errc::kObjectNotSet);
+  if (ItemName(vData->categoryName())) Raise(errc::kModel, kLibrarySource, "Duplicate category");
+  return Append(vData, sKey);
+}
+
+std::shared_ptr<CategoryItem> CategoryItems::ItemName(std::string_view name) const {
+  return FindFirst([&](const CategoryItem& c) { return c.categoryName() == name; });
+}
+
+void CategoryItems::Delete(const std::shared_ptr<CategoryItem>& item) {
+  if (!item) RaisePlatform(errc::kObjectNotSet);
+  for (std::int32_t position = 1; position <= Count(); ++position) {
+    if (inner_.Item(position)->categoryName() == item->categoryName()) {
+      inner_.Remove(position);
+      return;
+    }
+  }
+}
+
+void CategoryItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+  for (const auto& category : *this) category->createXMLnode(odoc, xml::AppendElement(parNode, "Category"));
+}
+
+void CategoryItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent) {
+  Err().Clear();
+  ForEachChild(parNode, "Category", [&](pugi::xml_node element) {
+    auto item = std::make_shared<CategoryItem>();
+    item->set_parent(parent);
+    item->loadXml(odoc, element);
+    // Only the error number -1 keeps a category out; in practice every category is offered to
+    // AddData, whose duplicate refusal is absorbed here.
+    if (Err().Number() != -1 && !Trap([&] { AddData(item); })) {
+      if (auto facade = DiagnosticsOf(parent.get()))
+        facade->ReportDiagnostic(Diagnostic::Action::kDropped, element, "Category " + item->categoryName(),
+                                 Err().Description());
+    }
+    Err().Clear();
+  });
+}
+
+}  // namespace tessaly
