@@ -1,0 +1,1 @@
+#include "ecu_generator.hpp"
