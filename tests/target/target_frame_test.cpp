@@ -281,3 +281,50 @@ TEST(TargetClearTest, CategoryThatCannotClearDoesNotBlockTheNextImport) {
 
 }  // namespace
 }  // namespace tessaly
+
+namespace tessaly {
+namespace {
+
+// The whole document as the facade writes it, spelled out once, so that every byte of the frame
+// is checked: declaration, style sheet, root, target attributes, projects, function, language,
+// the parameters of a default ECU, and the empty sub-tree containers.
+const std::string kFrameDocument =
+    "<?xml version='1.0' encoding=\"UTF-8\"?>\r\n"
+    "<?xml-stylesheet type=\"text/xsl\" href=\"http://www.tessaly.org/Tessaly/TSLECUPreview.xsl\"?>\r\n"
+    "<xml xmlns:tsl=\"http://www.tessaly.org/2002/ECU\">\n"
+    "<tsl:Target Name=\"ECU1\" xmlns=\"http://www.tessaly.org/2002/ECU\" xmlns:ds=\"http://www.tessaly.org/2002/screens\""
+    " email=\"diag@example.com\" group=\"Powertrain\">\n"
+    "<Projects xmlns=\"\"><X81/><B9/></Projects>\n"
+    "<Function Name=\"Injection\" Address=\"122\"/>\n"
+    "<Language Name=\"English\" Reference=\"1\"/>\n"
+    "\n<DateOfficialisation/>\n"
+    "<Failures Name=\"Ne contient pas de pannes\" Id=\"0\"/>\n"
+    "<PowerSupply>\n<Ground/>\n<Vbat/>\n<AfterContact/>\n</PowerSupply>\n"
+    "<K BaudRate=\"10400\">\n<KWP Multipoint=\"0\">\n<FastInit><KW1 Value=\"208\"/>\n<KW2 Value=\"143\"/></FastInit>\n"
+    "</KWP>\n<InterByte Delay=\"0\"/>\n<ReplyToRequest Delay=\"5\"/>\n<RequestToReply Timeout=\"300\"/>\n"
+    "<TesterPresent Delay=\"3000\"/>\n<OnError Delay=\"300\"/>\n</K>\n"
+    "<AutoIdents>\n</AutoIdents>\n"
+    "<Datas>\n</Datas>\n"
+    "<Requests Endian=\"Big\">\n</Requests>\n"
+    "<Devices>\n</Devices>\n"
+    "<ds:Categories xmlns=\"http://www.tessaly.org/2002/screens\">\n</ds:Categories></tsl:Target></xml>\r\n";
+
+TEST(TargetDocumentTest, FrameRoundTripsByteForByte) {
+  TessalyLibXml lib;
+  lib.ImportUceFromText(kFrameDocument);
+  EXPECT_EQ(lib.ExportUceToText(), kFrameDocument);
+}
+
+TEST(TargetDocumentTest, FrameSavedToAFileIsTheSameBytes) {
+  TessalyLibXml lib;
+  lib.ImportUceFromText(kFrameDocument);
+  testing::TempDir dir;
+  lib.ExportUceToXml(dir.File("ecu.xml"));
+  EXPECT_EQ(testing::ReadFileBytes(dir.File("ecu.xml")), kFrameDocument);
+  TessalyLibXml again;
+  again.ImportUceFromXml(dir.File("ecu.xml"));
+  EXPECT_EQ(again.ExportUceToText(), kFrameDocument);
+}
+
+}  // namespace
+}  // namespace tessaly
