@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 #include "tessaly/common/error.hpp"
@@ -246,6 +247,137 @@ std::string AsciiUpper(std::string_view text) {
   for (char& c : out)
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
   return out;
+}
+
+namespace {
+
+// Walks the bytes of FoldCase(text) one at a time, folding as it goes.
+class FoldedBytes {
+ public:
+  explicit FoldedBytes(std::string_view text) noexcept : text_(text) {}
+
+  // The next byte of the folded text; false at its end.
+  bool Next(unsigned char& byte) noexcept {
+    if (pending_ < held_) {
+      byte = buffer_[pending_++];
+      return true;
+    }
+    if (at_ >= text_.size()) return false;
+    auto b = static_cast<unsigned char>(text_[at_]);
+    if (b < 0x80) {
+      byte = (b >= 'A' && b <= 'Z') ? static_cast<unsigned char>(b + 32) : b;
+      ++at_;
+      return true;
+    }
+    if ((b & 0xE0) == 0xC0 && at_ + 1 < text_.size() && (static_cast<unsigned char>(text_[at_ + 1]) & 0xC0) == 0x80) {
+      char32_t cp = (static_cast<char32_t>(b & 0x1F) << 6) | (static_cast<unsigned char>(text_[at_ + 1]) & 0x3F);
+      if (cp >= 0x80) {
+        std::string folded;
+        AppendUtf8(folded, FoldCodePoint(cp));
+        held_ = folded.size();
+        for (std::size_t k = 0; k < held_; ++k) buffer_[k] = static_cast<unsigned char>(folded[k]);
+        pending_ = 1;
+        at_ += 2;
+        byte = buffer_[0];
+        return true;
+      }
+    }
+    byte = b;
+    ++at_;
+    return true;
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t at_ = 0;
+  unsigned char buffer_[4] = {};
+  std::size_t held_ = 0;
+  std::size_t pending_ = 0;
+};
+
+}  // namespace
+
+namespace {
+
+constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+
+// `word` with its ASCII capital letters in lower case; other bytes unchanged.
+inline std::uint64_t LowerAsciiWord(std::uint64_t word) noexcept {
+  const std::uint64_t low7 = word & ~kHighBits;
+  // High bit of each byte: at least 'A', and above 'Z' (computed on the low seven bits, so no
+  // byte carries into the next).
+  const std::uint64_t atLeastA = low7 + kOnes * (0x80 - 'A');
+  const std::uint64_t aboveZ = low7 + kOnes * (0x7F - 'Z');
+  const std::uint64_t upper = atLeastA & ~aboveZ & ~word & kHighBits;
+  return word | (upper >> 2);
+}
+
+inline std::uint64_t LoadWord(const char* at, std::size_t size) noexcept {
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, size);
+  return word;
+}
+
+inline bool AllAscii(std::string_view text) noexcept {
+  std::size_t i = 0;
+  for (; i + 8 <= text.size(); i += 8)
+    if ((LoadWord(text.data() + i, 8) & kHighBits) != 0) return false;
+  return (LoadWord(text.data() + i, text.size() - i) & kHighBits) == 0;
+}
+
+// A hash of `text` with its ASCII capitals lowered, eight bytes at a time.
+std::size_t LoweredHash(std::string_view text) noexcept {
+  std::uint64_t hash = 0x9E3779B97F4A7C15ULL ^ text.size();
+  std::size_t i = 0;
+  auto mix = [&hash](std::uint64_t word) {
+    hash = (hash ^ LowerAsciiWord(word)) * 0xFF51AFD7ED558CCDULL;
+    hash ^= hash >> 29;
+  };
+  for (; i + 8 <= text.size(); i += 8) mix(LoadWord(text.data() + i, 8));
+  if (i < text.size()) mix(LoadWord(text.data() + i, text.size() - i));
+  hash ^= hash >> 33;
+  hash *= 0xC4CEB9FE1A85EC53ULL;
+  hash ^= hash >> 33;
+  return static_cast<std::size_t>(hash);
+}
+
+}  // namespace
+
+std::size_t FoldedHash(std::string_view text) noexcept {
+  // Plain ASCII folds by lowering its capitals; other texts are folded first (FoldCase leaves no
+  // ASCII capital, so lowering them again changes nothing).
+  if (AllAscii(text)) return LoweredHash(text);
+  try {
+    return LoweredHash(FoldCase(text));
+  } catch (...) {
+    // No memory for the folded copy: a weaker hash that still agrees with FoldedEqual.
+    return text.size();
+  }
+}
+
+bool FoldedEqual(std::string_view a, std::string_view b) noexcept {
+  if (a.size() == b.size()) {
+    if (a == b) return true;
+    if (AllAscii(a) && AllAscii(b)) {
+      std::size_t i = 0;
+      for (; i + 8 <= a.size(); i += 8)
+        if (LowerAsciiWord(LoadWord(a.data() + i, 8)) != LowerAsciiWord(LoadWord(b.data() + i, 8))) return false;
+      return LowerAsciiWord(LoadWord(a.data() + i, a.size() - i)) == LowerAsciiWord(LoadWord(b.data() + i, b.size() - i));
+    }
+  } else if (AllAscii(a) && AllAscii(b)) {
+    return false;
+  }
+  FoldedBytes left(a);
+  FoldedBytes right(b);
+  unsigned char x = 0;
+  unsigned char y = 0;
+  for (;;) {
+    const bool more = left.Next(x);
+    if (more != right.Next(y)) return false;
+    if (!more) return true;
+    if (x != y) return false;
+  }
 }
 
 std::string FoldCase(std::string_view text) {

@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <mutex>
@@ -18,6 +19,10 @@
 
 namespace tessaly::io {
 namespace {
+
+// Whitespace-only text, comments, CDATA and processing instructions are all kept.
+constexpr unsigned kParseOptions = pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments |
+                                   pugi::parse_pi | pugi::parse_declaration | pugi::parse_doctype;
 
 bool StartsWithNoCase(std::string_view text, std::string_view prefix) {
   return text.size() >= prefix.size() && AsciiUpper(text.substr(0, prefix.size())) == AsciiUpper(prefix);
@@ -89,6 +94,28 @@ bool ReadFile(const std::string& path, std::string& bytes, std::string& reason) 
     reason = "cannot open '" + path + "': " + std::strerror(errno);
     return false;
   }
+  // A regular file is read straight into a string of its size; anything else (a pipe, a
+  // device) grows a string as it comes.
+  if (S_ISREG(st.st_mode)) {
+    bytes.resize(static_cast<std::size_t>(st.st_size));
+    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
+    if (in.bad()) {
+      reason = "cannot read '" + path + "'";
+      return false;
+    }
+    // A file that grew since its size was taken.
+    if (in && in.peek() != std::char_traits<char>::eof()) {
+      std::ostringstream rest;
+      rest << in.rdbuf();
+      bytes += std::move(rest).str();
+    }
+    if (in.bad()) {
+      reason = "cannot read '" + path + "'";
+      return false;
+    }
+    return true;
+  }
   std::ostringstream buffer;
   buffer << in.rdbuf();
   if (in.bad()) {
@@ -108,10 +135,38 @@ std::string Where(std::string_view text, std::size_t offset) {
 
 // Checks that `text` is UTF-8 holding only characters XML allows. Returns the offset of the
 // first offence, or npos; `what` names it.
+// Bytes below 0x20 of a word whose bytes are all ASCII: the high bit of each such byte is set
+// in the result (adding 0x60 to a byte below 0x20 stays below 0x80; no byte carries into the
+// next).
+inline std::uint64_t ControlBytes(std::uint64_t asciiWord) {
+  constexpr std::uint64_t kHigh = 0x8080808080808080ULL;
+  constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+  return ~(asciiWord + kOnes * 0x60) & kHigh;
+}
+
 std::size_t FindInvalidUtf8(std::string_view text, std::string& what) {
+  constexpr std::uint64_t kHigh = 0x8080808080808080ULL;
   const auto* s = reinterpret_cast<const unsigned char*>(text.data());
   const std::size_t n = text.size();
   for (std::size_t i = 0; i < n;) {
+    // Eight ASCII bytes at a time, as long as their only control characters are tabs and line
+    // breaks; anything else is looked at byte by byte below.
+    while (i + 8 <= n) {
+      std::uint64_t word;
+      std::memcpy(&word, s + i, sizeof word);
+      if ((word & kHigh) != 0) break;
+      bool plain = true;
+      for (std::uint64_t controls = ControlBytes(word); controls != 0; controls &= controls - 1) {
+        const unsigned char c = s[i + static_cast<std::size_t>(__builtin_ctzll(controls)) / 8];
+        if (c != '\t' && c != '\n' && c != '\r') {
+          plain = false;
+          break;
+        }
+      }
+      if (!plain) break;
+      i += 8;
+    }
+    if (i >= n) break;
     unsigned char b = s[i];
     if (b < 0x80) {
       if (b < 0x20 && b != '\t' && b != '\n' && b != '\r') {
@@ -303,16 +358,17 @@ bool ReadLocation(std::string_view location, std::string& bytes, std::string& re
   return ReadFile(std::string(location), bytes, reason);
 }
 
-bool DecodeToUtf8(std::string_view bytes, std::string& utf8, std::string& reason) {
+bool DecodeToUtf8InPlace(std::string& text, std::string& reason) {
   const char* from = nullptr;
-  std::string_view body = bytes;
+  std::string_view body = text;
   std::string declared;
+  std::size_t skipped = 0;
   if (body.starts_with("\xEF\xBB\xBF")) {
-    body.remove_prefix(3);
+    skipped = 3;
   } else if (body.starts_with("\xFF\xFE")) {
-    from = "UTF-16LE", body.remove_prefix(2);
+    from = "UTF-16LE", skipped = 2;
   } else if (body.starts_with("\xFE\xFF")) {
-    from = "UTF-16BE", body.remove_prefix(2);
+    from = "UTF-16BE", skipped = 2;
   } else if (body.size() >= 4 && body.substr(0, 4) == std::string_view("<\0?\0", 4)) {
     from = "UTF-16LE";
   } else if (body.size() >= 4 && body.substr(0, 4) == std::string_view("\0<\0?", 4)) {
@@ -322,28 +378,33 @@ bool DecodeToUtf8(std::string_view bytes, std::string& utf8, std::string& reason
     if (!declared.empty() && !IsUtf8Name(declared)) from = declared.c_str();
   }
   if (from == nullptr) {
-    utf8.assign(body);
+    text.erase(0, skipped);
   } else {
+    std::string utf8;
     std::size_t bad = 0;
-    if (!Convert(body, from, "UTF-8", utf8, bad)) {
+    if (!Convert(body.substr(skipped), from, "UTF-8", utf8, bad)) {
       if (bad == std::string_view::npos) reason = "unsupported encoding '" + std::string(from) + "'";
-      else reason = "invalid " + std::string(from) + " byte sequence at byte offset " + std::to_string(bad + (bytes.size() - body.size()));
+      else reason = "invalid " + std::string(from) + " byte sequence at byte offset " + std::to_string(bad + skipped);
       return false;
     }
+    text.swap(utf8);
   }
   std::string what;
-  std::size_t bad = FindInvalidUtf8(utf8, what);
+  std::size_t bad = FindInvalidUtf8(text, what);
   if (bad != std::string_view::npos) {
-    reason = what + " at " + Where(utf8, bad);
+    reason = what + " at " + Where(text, bad);
     return false;
   }
   return true;
 }
 
+bool DecodeToUtf8(std::string_view bytes, std::string& utf8, std::string& reason) {
+  utf8.assign(bytes);
+  return DecodeToUtf8InPlace(utf8, reason);
+}
+
 bool ParseUtf8(pugi::xml_document& doc, std::string_view utf8, std::string& reason) {
-  constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments |
-                                pugi::parse_pi | pugi::parse_declaration | pugi::parse_doctype;
-  pugi::xml_parse_result result = doc.load_buffer(utf8.data(), utf8.size(), kOptions, pugi::encoding_utf8);
+  pugi::xml_parse_result result = doc.load_buffer(utf8.data(), utf8.size(), kParseOptions, pugi::encoding_utf8);
   if (!result) {
     reason = std::string(result.description());
     if (result.status != pugi::status_no_document_element)
@@ -351,6 +412,26 @@ bool ParseUtf8(pugi::xml_document& doc, std::string_view utf8, std::string& reas
     return false;
   }
   return true;
+}
+
+bool LoadDocumentInPlace(pugi::xml_document& doc, std::string& text, const std::string& location,
+                         const std::string_view* memory, bool keepText, std::string& reason) {
+  if (memory == nullptr && (StartsWithNoCase(location, "http://") || StartsWithNoCase(location, "https://"))) {
+    // A download is not repeated: the DOM gets a copy of its own.
+    std::string bytes;
+    return ReadLocation(location, bytes, reason) && LoadDocumentText(doc, bytes, reason);
+  }
+  if (memory != nullptr) text.assign(*memory);
+  else if (!ReadLocation(location, text, reason)) return false;
+  if (!DecodeToUtf8InPlace(text, reason)) return false;
+  if (keepText) return ParseUtf8(doc, text, reason);
+  const pugi::xml_parse_result result = doc.load_buffer_inplace(text.data(), text.size(), kParseOptions, pugi::encoding_utf8);
+  if (result) return true;
+  // Parsing in place has rewritten part of the text, so the line and column of the failure are
+  // taken from a parse of the original document.
+  doc.reset();
+  std::string().swap(text);
+  return memory != nullptr ? LoadDocumentText(doc, *memory, reason) : LoadDocument(doc, location, reason);
 }
 
 bool LoadDocumentText(pugi::xml_document& doc, std::string_view bytes, std::string& reason) {
@@ -374,7 +455,54 @@ std::string Serialize(const pugi::xml_document& doc, std::string_view encoding) 
   return Encode(utf8, std::string(encoding));
 }
 
-void WriteFileAtomically(const std::string& path, std::string_view bytes) {
+namespace {
+
+// Writes everything to `fd`, retrying interrupted writes; returns 0 or the error number.
+int WriteAll(int fd, const char* data, std::size_t size) {
+  std::size_t written = 0;
+  while (written < size) {
+    ssize_t n = ::write(fd, data + written, size - written);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return errno;
+    written += static_cast<std::size_t>(n);
+  }
+  return 0;
+}
+
+// Passes pugixml's output to a file through a buffer, keeping the first write error.
+class FileWriter : public pugi::xml_writer {
+ public:
+  explicit FileWriter(int fd) : fd_(fd) { buffer_.reserve(kBufferSize); }
+  void write(const void* data, std::size_t size) override {
+    if (error_ != 0) return;
+    const char* bytes = static_cast<const char*>(data);
+    if (buffer_.size() + size > kBufferSize) Flush();
+    if (size >= kBufferSize) {
+      if (error_ == 0) error_ = WriteAll(fd_, bytes, size);
+      return;
+    }
+    buffer_.append(bytes, size);
+  }
+  // Writes what is buffered; returns 0 or the first error number.
+  int Flush() {
+    if (error_ == 0 && !buffer_.empty()) error_ = WriteAll(fd_, buffer_.data(), buffer_.size());
+    buffer_.clear();
+    return error_;
+  }
+
+ private:
+  static constexpr std::size_t kBufferSize = 1 << 20;
+  int fd_;
+  int error_ = 0;
+  std::string buffer_;
+};
+
+// Writes a file at `path` atomically: `fill` writes the content into the descriptor of a
+// temporary file beside it (returning 0 or an error number), which is then flushed and renamed
+// over `path`. On failure `path` is unchanged, the temporary is removed, and an Error with the
+// error number is thrown.
+template <class Fill>
+void ReplaceFile(const std::string& path, Fill&& fill) {
   auto fail = [&](int number) { Raise(number, "ExportUceToXml", "cannot write '" + path + "': " + std::strerror(number)); };
   struct stat st {};
   bool exists = ::stat(path.c_str(), &st) == 0;
@@ -384,12 +512,12 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
   int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (fd < 0) fail(errno);
   int error = 0;
-  std::size_t written = 0;
-  while (error == 0 && written < bytes.size()) {
-    ssize_t n = ::write(fd, bytes.data() + written, bytes.size() - written);
-    if (n < 0 && errno == EINTR) continue;
-    if (n < 0) error = errno;
-    else written += static_cast<std::size_t>(n);
+  try {
+    error = fill(fd);
+  } catch (...) {
+    ::close(fd);
+    ::unlink(temp.c_str());
+    throw;
   }
   if (error == 0 && exists && ::fchmod(fd, st.st_mode & 07777) != 0) error = errno;
   if (error == 0 && ::fsync(fd) != 0) error = errno;
@@ -399,6 +527,28 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
     ::unlink(temp.c_str());
     fail(error);
   }
+}
+
+}  // namespace
+
+void WriteFileAtomically(const std::string& path, std::string_view bytes) {
+  ReplaceFile(path, [&](int fd) { return WriteAll(fd, bytes.data(), bytes.size()); });
+}
+
+void SaveDocumentAtomically(const std::string& path, const pugi::xml_document& doc, std::string_view encoding) {
+  if (!IsUtf8Name(encoding)) {
+    WriteFileAtomically(path, Serialize(doc, encoding));
+    return;
+  }
+  // UTF-8 needs no conversion: the text goes to the file as pugixml produces it.
+  ReplaceFile(path, [&](int fd) {
+    FileWriter writer(fd);
+    for (pugi::xml_node node = doc.first_child(); node; node = node.next_sibling()) {
+      node.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
+      writer.write("\r\n", 2);
+    }
+    return writer.Flush();
+  });
 }
 
 void LineColumn(std::string_view text, std::size_t offset, std::size_t& line, std::size_t& column) {

@@ -21,6 +21,9 @@ bool ReadLocation(std::string_view location, std::string& bytes, std::string& re
 // reason naming the byte offset.
 bool DecodeToUtf8(std::string_view bytes, std::string& utf8, std::string& reason);
 
+// DecodeToUtf8 applied to `text` itself: on success `text` holds the document in UTF-8.
+bool DecodeToUtf8InPlace(std::string& text, std::string& reason);
+
 // Parses UTF-8 text into `doc`, keeping whitespace-only text, comments, CDATA and processing
 // instructions. The reason of a failure names the line and column.
 bool ParseUtf8(pugi::xml_document& doc, std::string_view utf8, std::string& reason);
@@ -29,6 +32,15 @@ bool ParseUtf8(pugi::xml_document& doc, std::string_view utf8, std::string& reas
 bool LoadDocument(pugi::xml_document& doc, std::string_view location, std::string& reason);
 // DecodeToUtf8 and ParseUtf8 of a document held in memory.
 bool LoadDocumentText(pugi::xml_document& doc, std::string_view bytes, std::string& reason);
+
+// LoadDocument (or, when `memory` is not null, LoadDocumentText of those bytes) without copying
+// the document: `text` receives it, decoded to UTF-8, and the DOM is built inside it, so `text`
+// must outlive `doc` and must not be changed while `doc` is used. With `keepText` the DOM gets a
+// copy instead and `text` keeps the decoded document unchanged. Results and reasons are those
+// of LoadDocument and LoadDocumentText; a file that does not parse is read a second time to
+// tell where it fails (a download is never repeated: the DOM then copies it).
+bool LoadDocumentInPlace(pugi::xml_document& doc, std::string& text, const std::string& location,
+                         const std::string_view* memory, bool keepText, std::string& reason);
 
 // The document as text in `encoding` ("UTF-8", "windows-1252", "UTF-16", ...): no indentation,
 // each top-level node followed by CR LF. A character the encoding cannot hold becomes a
@@ -41,6 +53,10 @@ std::string Serialize(const pugi::xml_document& doc, std::string_view encoding);
 // is thrown whose number is the system's error number (errno) and whose description says what
 // failed.
 void WriteFileAtomically(const std::string& path, std::string_view bytes);
+
+// WriteFileAtomically(path, Serialize(doc, encoding)), without building the whole text first
+// when the encoding is UTF-8.
+void SaveDocumentAtomically(const std::string& path, const pugi::xml_document& doc, std::string_view encoding);
 
 // 1-based line and column of byte `offset` in `text`.
 void LineColumn(std::string_view text, std::size_t offset, std::size_t& line, std::size_t& column);

@@ -19,14 +19,21 @@ pugi::xml_node FindPath(pugi::xml_node node, std::string_view path) {
   return {};
 }
 
-void AppendTextTo(std::string& out, pugi::xml_node node) {
-  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
-    switch (child.type()) {
-      case pugi::node_pcdata:
-      case pugi::node_cdata: out += child.value(); break;
-      case pugi::node_element: AppendTextTo(out, child); break;
-      default: break;
+// Appends the text and CDATA nodes below `root` in document order. The walk follows the
+// parent links instead of recursing, since a document can nest elements deeper than the stack
+// could follow.
+void AppendTextTo(std::string& out, pugi::xml_node root) {
+  pugi::xml_node node = root.first_child();
+  while (node) {
+    pugi::xml_node_type type = node.type();
+    if (type == pugi::node_pcdata || type == pugi::node_cdata) out += node.value();
+    if (type == pugi::node_element && node.first_child()) {
+      node = node.first_child();
+      continue;
     }
+    while (node != root && !node.next_sibling()) node = node.parent();
+    if (node == root) return;
+    node = node.next_sibling();
   }
 }
 

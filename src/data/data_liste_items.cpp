@@ -1,5 +1,9 @@
 #include "tessaly/data/data_liste_items.hpp"
 
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+
 #include "common/standard_xml.hpp"
 #include "common/xml_util.hpp"
 #include "target/reporting.hpp"
@@ -23,6 +27,13 @@ std::string EntryDescription(pugi::xml_node node, const std::shared_ptr<DataItem
   if (auto value = xml::Attr(node, "Value")) what += " " + std::string(*value);
   if (data) what += " in data " + data->dataName();
   return what;
+}
+
+// The duplicate refusal of an entry whose value (`value` true) or label is already listed.
+[[noreturn]] void RaiseDuplicate(const DataListeItem& vData, bool value, const char* source) {
+  const std::string number = IntText(vData.Valeur());
+  if (value) Raise(errc::kModel, source, "Duplicate value '" + number + "' with label '" + vData.libelle() + "'");
+  Raise(errc::kModel, source, "Duplicate label '" + vData.libelle() + "' with value '" + number + "'");
 }
 
 }  // namespace
@@ -83,12 +94,8 @@ void DataListeItem::loadXml(pugi::xml_document& /*odoc*/, pugi::xml_node parNode
 
 void DataListeItems::CheckDuplicates(const DataListeItem& vData, const char* source) const {
   for (const auto& item : inner_) {
-    if (item->Valeur() == vData.Valeur())
-      Raise(errc::kModel, source,
-            "Duplicate value '" + IntText(vData.Valeur()) + "' with label '" + vData.libelle() + "'");
-    if (item->libelle() == vData.libelle())
-      Raise(errc::kModel, source,
-            "Duplicate label '" + vData.libelle() + "' with value '" + IntText(vData.Valeur()) + "'");
+    if (item->Valeur() == vData.Valeur()) RaiseDuplicate(vData, /*value=*/true, source);
+    if (item->libelle() == vData.libelle()) RaiseDuplicate(vData, /*value=*/false, source);
   }
 }
 
@@ -155,6 +162,28 @@ void DataListeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
                              const std::shared_ptr<DataItem>& parent) {
   Err().Clear();
   const TargetItem* target = TargetOf(parent);
+  // The position of the first entry of each value and of each label, so that the duplicate
+  // refusal of AddDataUnSorted is decided in constant time per entry: the first entry that shares
+  // the value or the label decides which of the two is reported, the value when it shares both.
+  std::unordered_map<std::int32_t, std::size_t> valueAt;
+  std::unordered_map<std::string, std::size_t> labelAt;
+  std::size_t count = 0;
+  auto index = [&](const DataListeItem& entry) {
+    valueAt.emplace(entry.Valeur(), count);
+    labelAt.emplace(entry.libelle(), count);
+    ++count;
+  };
+  for (const auto& entry : inner_) index(*entry);
+  auto add = [&](const std::shared_ptr<DataListeItem>& entry) {
+    auto v = valueAt.find(entry->Valeur());
+    auto l = labelAt.find(entry->libelle());
+    if (v != valueAt.end() || l != labelAt.end()) {
+      bool byValue = v != valueAt.end() && (l == labelAt.end() || v->second <= l->second);
+      RaiseDuplicate(*entry, byValue, "DataListeItems.AddDataUnSorted");
+    }
+    Append(entry);
+    index(*entry);
+  };
   ForEachChild(parNode, "Item", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataListeItem>();
     item->set_parent(parent);
@@ -166,7 +195,7 @@ void DataListeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
                             Err().Description());
     }
     Err().Clear();
-    if (!Trap([&] { AddDataUnSorted(item); })) {
+    if (!Trap([&] { add(item); })) {
       if (auto f = DiagnosticsOf(target))
         f->ReportDiagnostic(Diagnostic::Action::kDropped, child, EntryDescription(child, parent),
                             Err().Description());

@@ -1,5 +1,8 @@
 #include "tessaly/data/data_position_items.hpp"
 
+#include <string>
+#include <unordered_set>
+
 #include "common/standard_xml.hpp"
 #include "common/xml_util.hpp"
 #include "target/reporting.hpp"
@@ -20,6 +23,12 @@ std::string PositionDescription(pugi::xml_node node, const std::shared_ptr<Reque
   if (auto name = xml::Attr(node, "Name")) what += " " + std::string(*name);
   if (request) what += " in request " + request->requestName();
   return what;
+}
+
+// The refusal of a data name already placed in the request.
+[[noreturn]] void RaiseDuplicatePosition() {
+  Raise(errc::kModel, "DataPositionItems.AddData",
+        "Duplicate Data, a data can be used only one time in the same request");
 }
 
 }  // namespace
@@ -92,9 +101,7 @@ void DataPositionItem::loadXml(pugi::xml_document& /*odoc*/, pugi::xml_node parN
 // DataPositionItems
 
 std::shared_ptr<DataPositionItem> DataPositionItems::AddData(const std::shared_ptr<DataPositionItem>& vData) {
-  if (ItemName(vData->dataName()))
-    Raise(errc::kModel, "DataPositionItems.AddData",
-          "Duplicate Data, a data can be used only one time in the same request");
+  if (ItemName(vData->dataName())) RaiseDuplicatePosition();
   return Append(vData);
 }
 
@@ -139,13 +146,20 @@ void DataPositionItems::Read(pugi::xml_document& odoc, pugi::xml_node parNode,
                              const std::shared_ptr<RequestItem>& parent, const bool* param) {
   Err().Clear();
   std::shared_ptr<TargetItem> target = parent ? parent->parent() : nullptr;
+  // The data names placed so far, so that the duplicate refusal of AddData is decided in
+  // constant time per position rather than by a scan of the list.
+  std::unordered_set<std::string> placed;
+  for (const auto& item : inner_) placed.insert(item->dataName());
   ForEachChild(parNode, "DataItem", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataPositionItem>();
     item->set_parent(parent);
     if (param) item->set_param(*param);
     item->loadXml(odoc, child);
     // A position naming unknown data, or data already placed in this request, is dropped.
-    if (!Err().Pending()) Trap([&] { AddData(item); });
+    if (!Err().Pending()) Trap([&] {
+      if (!placed.insert(item->dataName()).second) RaiseDuplicatePosition();
+      Append(item);
+    });
     if (Err().Pending()) {
       if (auto f = DiagnosticsOf(target.get()))
         f->ReportDiagnostic(Diagnostic::Action::kDropped, child, PositionDescription(child, parent), Err().Description());

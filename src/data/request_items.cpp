@@ -175,6 +175,9 @@ std::shared_ptr<DataPositionItem> RequestItems::ItemDataPositionName(std::string
   std::shared_ptr<RequestItem> request = ItemName(requestName);
   if (!request || !request->DataPositions()) return nullptr;
   for (const auto& position : *request->DataPositions()) {
+    // The item is found by its key, which ignores letter case: a position whose name differs
+    // from `dataName` in more than letter case cannot lead to it, and is not looked up.
+    if (!FoldedEqual(position->dataName(), dataName)) continue;
     std::shared_ptr<DataItem> item = position->data();
     if (item && item->dataName() == dataName) return position;
   }

@@ -201,6 +201,11 @@ void OrganeItems::DeleteDataPosition(const std::shared_ptr<DataPositionItem>& da
 }
 
 std::shared_ptr<TestItem> OrganeItems::GetDevicesTestWithObd(std::int32_t obd) const {
+  if (loadingObdIndex_ != nullptr) {
+    if (obd == 0) return nullptr;
+    auto found = loadingObdIndex_->find(obd);
+    return found == loadingObdIndex_->end() ? nullptr : found->second;
+  }
   for (const auto& device : *this) {
     // A device whose tests were never read has none; they are not created for the search.
     if (!device->Tests_) continue;
@@ -218,12 +223,33 @@ void OrganeItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode
 
 void OrganeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent) {
   Err().Clear();
+  // The OBD codes of the devices held, first holder first; each device added brings its own.
+  std::unordered_map<std::int32_t, std::shared_ptr<TestItem>> obdIndex;
+  auto indexCodes = [&obdIndex](const OrganeItem& device) {
+    if (!device.Tests_) return;
+    for (const auto& test : *device.Tests_)
+      if (test->OBD() != 0) obdIndex.emplace(test->OBD(), test);
+  };
+  for (const auto& device : *this) indexCodes(*device);
+  struct IndexInUse {
+    std::unordered_map<std::int32_t, std::shared_ptr<TestItem>>*& slot;
+    ~IndexInUse() { slot = nullptr; }
+  } inUse{loadingObdIndex_};
+  loadingObdIndex_ = &obdIndex;
+
   for (pugi::xml_node child = parNode.first_child(); child; child = child.next_sibling()) {
     if (child.type() != pugi::node_element || xml::BaseName(child) != kElement) continue;
     auto device = std::make_shared<OrganeItem>();
     device->set_parent(parent);
     Trap([&] { device->loadXml(odoc, child); });
-    if (Trap([&] { AddData(device); })) continue;
+    if (Trap([&] { AddData(device); })) {
+      indexCodes(*device);
+      // A device without a name is still kept, nameless and empty: its reading stopped there.
+      if (Err().Number() == errc::kMissingName && device->organeName().empty())
+        if (auto facade = DiagnosticsOf(parent.get()))
+          facade->ReportDiagnostic(Diagnostic::Action::kRepaired, child, "Device without Name", Err().Description());
+      continue;
+    }
     if (auto facade = DiagnosticsOf(parent.get()))
       facade->ReportDiagnostic(Diagnostic::Action::kDropped, child, "Device " + device->organeName(),
                                Err().Description());

@@ -1,5 +1,7 @@
 #include "tessaly/facade/tessaly_lib_xml.hpp"
 
+#include <algorithm>
+
 #include "common/document_io.hpp"
 #include "common/xml_util.hpp"
 #include "tessaly/common/convert.hpp"
@@ -71,25 +73,25 @@ std::shared_ptr<TargetItem> TessalyLibXml::NewTarget() {
 
 void TessalyLibXml::ImportUceFromXml(const std::string& location) { ImportDocument(location, nullptr); }
 
-void TessalyLibXml::ImportUceFromText(std::string_view document) {
-  const std::string bytes(document);
-  ImportDocument("<memory>", &bytes);
-}
+void TessalyLibXml::ImportUceFromText(std::string_view document) { ImportDocument("<memory>", &document); }
 
-void TessalyLibXml::ImportDocument(const std::string& location, const std::string* bytes) {
+void TessalyLibXml::ImportDocument(const std::string& location, const std::string_view* bytes) {
+  // The DOM is built inside `text`, which therefore outlives it.
+  std::string text;
   pugi::xml_document doc;
   std::string reason;
-  std::string read;
-  std::string utf8;
-  bool loaded = (bytes != nullptr || io::ReadLocation(location, read, reason)) &&
-                io::DecodeToUtf8(bytes != nullptr ? *bytes : read, utf8, reason) && io::ParseUtf8(doc, utf8, reason);
+  // Lines and columns of diagnostics are counted in the text as read: with a diagnostics
+  // callback the parser works on a copy and leaves `text` as it was.
+  const bool keepText = HasDiagnostics();
+  bool loaded = io::LoadDocumentInPlace(doc, text, location, bytes, keepText, reason);
   if (!loaded) Raise(errc::kModel, kImportSource, "Bad xml file, Reason=" + reason);
   RaiseWarningInfo("TessalyDatabase", "Loading url : " + location);
   std::shared_ptr<TargetItem> target = NewTarget();
   Err().Clear();
   pugi::xml_node root = xml::Child(doc, "xml");
   if (!root) Raise(errc::kModel, kImportSource, "Bad xml file, RootNode \"xml\" not found");
-  if (HasDiagnostics()) loadingText_ = std::move(utf8);
+  if (keepText) loadingText_ = std::move(text);
+  positionOffset_ = 0, positionLine_ = 1, positionColumn_ = 1;
   target->loadXml(doc, root);
   loadingText_.clear();
   loadingText_.shrink_to_fit();
@@ -121,7 +123,7 @@ pugi::xml_document TessalyLibXml::BuildDocument() {
 void TessalyLibXml::ExportUceToXml(const std::string& location) {
   pugi::xml_document doc = BuildDocument();
   try {
-    io::WriteFileAtomically(location, io::Serialize(doc, xmlEncoding_));
+    io::SaveDocumentAtomically(location, doc, xmlEncoding_);
     lastSaveError_.reset();
   } catch (const Error& error) {
     lastSaveError_ = error;
@@ -176,8 +178,20 @@ void TessalyLibXml::ReportDiagnostic(Diagnostic::Action action, pugi::xml_node n
   d.what = std::move(what);
   d.why = std::move(why);
   std::ptrdiff_t offset = node.offset_debug();
-  if (offset >= 0 && !loadingText_.empty())
-    io::LineColumn(loadingText_, static_cast<std::size_t>(offset), d.line, d.column);
+  if (offset >= 0 && !loadingText_.empty()) {
+    const std::size_t at = std::min(static_cast<std::size_t>(offset), loadingText_.size());
+    if (at < positionOffset_) positionOffset_ = 0, positionLine_ = 1, positionColumn_ = 1;
+    // Line and column of `at` within the stretch since the last diagnostic, then added on.
+    std::size_t line = 0;
+    std::size_t column = 0;
+    const std::size_t length = at - positionOffset_;
+    io::LineColumn(std::string_view(loadingText_).substr(positionOffset_, length), length, line, column);
+    if (line > 1) positionLine_ += line - 1, positionColumn_ = column;
+    else positionColumn_ += column - 1;
+    positionOffset_ = at;
+    d.line = positionLine_;
+    d.column = positionColumn_;
+  }
   diagnosticHandler_(d);
 }
 

@@ -57,7 +57,9 @@ void ButtonItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
     ReadRectangle(rectangle, ButtonLeft_, ButtonTop_, ButtonHeight_, ButtonWidth_);
   if (pugi::xml_node font = xml::Child(parNode, "Font")) {
     xml::ReadText(font, "Name", FontName_);
-    if (auto size = xml::Attr(font, "Size")) FontSize_ = static_cast<float>(FontSizeValue(*size));
+    Trap([&] {
+      if (auto size = xml::Attr(font, "Size")) FontSize_ = FontSizeSingle(*size);
+    });
     Trap([&] { xml::ReadBool(font, "Bold", FontBold_); });
     Trap([&] { xml::ReadBool(font, "Italic", FontItalic_); });
   }

@@ -1,5 +1,8 @@
 #include "tessaly/screens/category_items.hpp"
 
+#include <string>
+#include <unordered_set>
+
 #include "common/standard_xml.hpp"
 #include "common/xml_util.hpp"
 #include "target/reporting.hpp"
@@ -11,6 +14,9 @@ namespace tessaly {
 namespace {
 
 constexpr const char* kCategoryLoad = "CategoryItem.loadXml";
+
+// The refusal of a category name already held.
+[[noreturn]] void RaiseDuplicateCategory() { Raise(errc::kModel, kLibrarySource, "Duplicate category"); }
 
 }  // namespace
 
@@ -55,7 +61,7 @@ std::shared_ptr<CategoryItem> CategoryItems::Add(std::string categoryName, std::
 
 std::shared_ptr<CategoryItem> CategoryItems::AddData(const std::shared_ptr<CategoryItem>& vData, std::string_view sKey) {
   if (!vData) RaisePlatform(errc::kObjectNotSet);
-  if (ItemName(vData->categoryName())) Raise(errc::kModel, kLibrarySource, "Duplicate category");
+  if (ItemName(vData->categoryName())) RaiseDuplicateCategory();
   return Append(vData, sKey);
 }
 
@@ -79,13 +85,21 @@ void CategoryItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNo
 
 void CategoryItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent) {
   Err().Clear();
+  // The category names held so far, so that the duplicate refusal of AddData is decided in
+  // constant time per category rather than by a scan of the list.
+  std::unordered_set<std::string> held;
+  for (const auto& item : inner_) held.insert(item->categoryName());
   ForEachChild(parNode, "Category", [&](pugi::xml_node element) {
     auto item = std::make_shared<CategoryItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);
-    // Only the error number -1 keeps a category out; in practice every category is offered to
-    // AddData, whose duplicate refusal is absorbed here.
-    if (Err().Number() != -1 && !Trap([&] { AddData(item); })) {
+    // Only the error number -1 keeps a category out; in practice every category meets the
+    // duplicate refusal of AddData (decided here through `held`), which is absorbed.
+    auto add = [&] {
+      if (!held.insert(item->categoryName()).second) RaiseDuplicateCategory();
+      Append(item);
+    };
+    if (Err().Number() != -1 && !Trap(add)) {
       if (auto facade = DiagnosticsOf(parent.get()))
         facade->ReportDiagnostic(Diagnostic::Action::kDropped, element, "Category " + item->categoryName(),
                                  Err().Description());

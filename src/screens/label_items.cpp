@@ -33,7 +33,9 @@ void LabelItem::loadXml(pugi::xml_document&, pugi::xml_node parNode) {
     ReadRectangle(rectangle, LabelLeft_, LabelTop_, LabelHeight_, LabelWidth_);
   if (pugi::xml_node font = xml::Child(parNode, "Font")) {
     xml::ReadText(font, "Name", FontName_);
-    if (auto size = xml::Attr(font, "Size")) FontSize_ = static_cast<float>(FontSizeValue(*size));
+    Trap([&] {
+      if (auto size = xml::Attr(font, "Size")) FontSize_ = FontSizeSingle(*size);
+    });
     Trap([&] { xml::ReadBool(font, "Bold", FontBold_); });
     Trap([&] { xml::ReadBool(font, "Italic", FontItalic_); });
     Trap([&] { xml::ReadInt(font, "Color", FontColor_); });

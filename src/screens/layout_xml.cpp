@@ -1,6 +1,8 @@
 #include "screens/layout_xml.hpp"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <string>
 
 #include "common/xml_util.hpp"
@@ -13,6 +15,12 @@ double FontSizeValue(std::string_view text) {
   std::string pointed(text);
   std::replace(pointed.begin(), pointed.end(), ',', '.');
   return LeadingNumber(pointed);
+}
+
+float FontSizeSingle(std::string_view text) {
+  double value = FontSizeValue(text);
+  if (std::fabs(value) > static_cast<double>(std::numeric_limits<float>::max())) RaisePlatform(errc::kOverflow);
+  return static_cast<float>(value);
 }
 
 void AppendRectangle(pugi::xml_node parent, std::int32_t left, std::int32_t top, std::int32_t height,

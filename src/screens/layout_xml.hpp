@@ -13,6 +13,10 @@ namespace tessaly {
 // comma taken as a decimal point ("8,25" is 8.25, " 10" is 10, text without a number is 0).
 double FontSizeValue(std::string_view text);
 
+// The same for the 32-bit font sizes of labels and buttons: error 6 "Overflow" when the number
+// is beyond the range of a float, which could only be written back as an infinity.
+float FontSizeSingle(std::string_view text);
+
 // Appends a Rectangle element with Left, Top, Height and Width, in that order.
 void AppendRectangle(pugi::xml_node parent, std::int32_t left, std::int32_t top, std::int32_t height,
                      std::int32_t width);

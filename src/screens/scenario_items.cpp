@@ -141,11 +141,20 @@ void ScenarioItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNo
 
 void ScenarioItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<ButtonItem>& parent) {
   Err().Clear();
+  // Each step kept is numbered as AddData numbers it, after the largest number held; the
+  // largest number is carried along instead of searched again for every step, so that a long
+  // scenario reads in linear time.
+  std::int32_t largest = 0;
+  for (const auto& step : *this) largest = std::max(largest, step->Index());
   ForEachChild(parNode, "Send", [&](pugi::xml_node element) {
     auto item = std::make_shared<ScenarioItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);
-    if (Err().Number() == 0 && Trap([&] { AddData(item); })) return;
+    if (Err().Number() == 0) {
+      item->set_Index(++largest);
+      Append(item);
+      return;
+    }
     std::shared_ptr<ScreenItem> screen = parent ? parent->parent() : nullptr;
     if (auto facade = DiagnosticsOf(TargetOf(screen.get()).get())) {
       std::string owner = parent && parent->InitButton() ? "the init button" : "button " + (parent ? parent->caption() : "");

@@ -12,6 +12,7 @@
 #include "tessaly/params/auto_ident_items.hpp"
 #include "tessaly/params/target_param_item.hpp"
 #include "tessaly/screens/category_items.hpp"
+#include "target/reporting.hpp"
 
 namespace tessaly {
 namespace {
@@ -38,6 +39,22 @@ void FillCanIds(TargetParamItem& params, pugi::xml_node target, FunctionItem& fu
   if (!params.isCan(target, multi, init, baud, send, receive)) return;
   if (send != kNoCanId) function.set_CanXId(send);
   if (receive != kNoCanId) function.set_CanRId(receive);
+}
+
+// Whether `name` can be a project: a project is written as an element named after it and read
+// back by its local name, so the name must be an element name without prefix. That is a letter,
+// "_" or a non-ASCII character first, then those, digits, "-" and ".". Any other name would
+// make the saved file unreadable, or come back shortened on the next load.
+bool IsProjectName(std::string_view name) {
+  auto start = [](unsigned char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c >= 0x80;
+  };
+  if (name.empty() || !start(static_cast<unsigned char>(name.front()))) return false;
+  for (char ch : name.substr(1)) {
+    auto c = static_cast<unsigned char>(ch);
+    if (!start(c) && !(c >= '0' && c <= '9') && c != '-' && c != '.') return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -127,7 +144,12 @@ void TargetItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode)
     xml::AppendLf(target);
     pugi::xml_node projects = xml::AppendElement(target, "Projects");
     xml::SetAttr(projects, "xmlns", std::string_view());
-    for (const auto& project : *Projects_) xml::AppendElement(projects, project->c_str());
+    for (const auto& project : *Projects_) {
+      if (!IsProjectName(*project))
+        Raise(errc::kModel, "TargetItem.createXMLnode",
+              "Project name '" + *project + "' is not an XML name");
+      xml::AppendElement(projects, project->c_str());
+    }
   }
 
   xml::AppendLf(target);
@@ -197,6 +219,14 @@ void TargetItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
   for (pugi::xml_node project : xml::Child(target, "Projects").children()) {
     if (project.type() != pugi::node_element) continue;
     std::string_view local = TrimSpaces(xml::BaseName(project));
+    if (!local.empty() && !IsProjectName(local)) {
+      // A local name that is not a name by itself ("p:1st", "a:b:c") cannot be written back
+      // as it was read: the project is left out.
+      if (auto diagnostics = DiagnosticsOf(this))
+        diagnostics->ReportDiagnostic(Diagnostic::Action::kDropped, project, "Project " + std::string(local),
+                                      "Project name '" + std::string(local) + "' is not an XML name");
+      continue;
+    }
     if (!local.empty() && !Projects_->ContainsKey(local))
       Projects_->Append(std::make_shared<std::string>(local), local);
   }

@@ -5,6 +5,7 @@
 #ifndef TESSALY_COMMON_COLLECTION_HPP_
 #define TESSALY_COMMON_COLLECTION_HPP_
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -36,13 +37,22 @@ class Collection {
   Collection(const Collection&) = delete;
   Collection& operator=(const Collection&) = delete;
 
-  // Repeats while Count is not zero: takes entry 1, clears it, removes it.
+  // Clears every item, first to last, and leaves the collection empty: the same as taking
+  // entry 1, clearing it and removing it until none is left, without shifting the remaining
+  // entries at each step. When an item's clear throws, the items before it are removed and it
+  // stays first, with the ones after it.
   void ClearItems() {
-    while (inner_.Count() != 0) {
-      Ptr first = inner_.Item(1);
-      first->clear();
-      inner_.Remove(1);
+    std::size_t cleared = 0;
+    try {
+      for (const Ptr& item : inner_) {
+        item->clear();
+        ++cleared;
+      }
+    } catch (...) {
+      inner_.RemoveFirst(cleared);
+      throw;
     }
+    inner_.RemoveAll();
   }
 
   // At the first entry that is the very same object: clears it and removes it. An item that is

@@ -4,6 +4,7 @@
 #ifndef TESSALY_COMMON_CONVERT_HPP_
 #define TESSALY_COMMON_CONVERT_HPP_
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -59,6 +60,10 @@ std::string AsciiUpper(std::string_view text);
 // The form under which collection keys are compared: letters folded to lower case (ASCII, and
 // simple case folding of Latin-1, Latin Extended-A, Greek and Cyrillic letters in UTF-8).
 std::string FoldCase(std::string_view text);
+// A hash of FoldCase(text), and FoldCase(a) == FoldCase(b), computed without building the folded
+// texts.
+std::size_t FoldedHash(std::string_view text) noexcept;
+bool FoldedEqual(std::string_view a, std::string_view b) noexcept;
 
 }  // namespace tessaly
 

@@ -16,6 +16,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "tessaly/common/collection.hpp"
 #include "tessaly/devices/device_data_items.hpp"
@@ -49,6 +50,9 @@ class OrganeItem : public std::enable_shared_from_this<OrganeItem> {
   // The failure tests. The first read of a device without tests creates an empty collection,
   // so this never yields null.
   const std::shared_ptr<TestItems>& Tests() const;
+  // Whether the device holds a tests collection, without creating one (for readers that must
+  // leave the model as it is).
+  bool HasTests() const noexcept { return Tests_ != nullptr; }
   void set_Tests(std::shared_ptr<TestItems> value) { Tests_ = std::move(value); }
   // The device's data links; null until loaded or assigned.
   const std::shared_ptr<DeviceDataItems>& DeviceDatas() const noexcept { return DeviceDatas_; }
@@ -147,6 +151,12 @@ class OrganeItems : public Collection<OrganeItem> {
   // with `parent` as its ECU, and adds it with AddData. No error drops a device except a name
   // already held; the last error stays pending.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent);
+
+ private:
+  // While loadXml runs: the first test, in device order, of each non-zero OBD code of the
+  // devices held, so that each test read checks its code in constant time (a load only appends
+  // devices, so the first holder of a code never changes). Null otherwise.
+  std::unordered_map<std::int32_t, std::shared_ptr<TestItem>>* loadingObdIndex_ = nullptr;
 };
 
 }  // namespace tessaly

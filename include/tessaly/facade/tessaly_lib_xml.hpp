@@ -130,7 +130,7 @@ class TessalyLibXml {
 
  private:
   void ReadParameterDocument(const pugi::xml_document& doc);
-  void ImportDocument(const std::string& location, const std::string* bytes);
+  void ImportDocument(const std::string& location, const std::string_view* bytes);
   pugi::xml_document BuildDocument();
 
   std::shared_ptr<TessalyLibXml> self_;
@@ -151,6 +151,11 @@ class TessalyLibXml {
   std::optional<Error> lastSaveError_;
   // Text of the document being loaded, to turn node offsets into lines and columns.
   std::string loadingText_;
+  // The offset, line and column of the last diagnostic in loadingText_: the next one, usually
+  // further on, is counted from there, so that many diagnostics cost one pass over the text.
+  mutable std::size_t positionOffset_ = 0;
+  mutable std::size_t positionLine_ = 1;
+  mutable std::size_t positionColumn_ = 1;
 };
 
 }  // namespace tessaly
