@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build needs, when they are missing (needs root or sudo).
+# Installs the Debian packages the build needs, and the extra packages named as arguments, when
+# they are missing (needs root or sudo). The CI jobs name their own tools this way, e.g.
+#   scripts/setup.sh clang-14 libclang-rt-14-dev valgrind
 set -euo pipefail
 packages=(cmake ninja-build g++ pkg-config libpugixml-dev libcurl4-openssl-dev libgtest-dev libcli11-dev
-          nlohmann-json3-dev)
+          nlohmann-json3-dev "$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")

@@ -1,30 +1,37 @@
 #include "cli/console.hpp"
 
 #include <ostream>
+#include <utility>
 
 #include "common/document_io.hpp"
 
 namespace tessaly::cli {
 namespace {
 
-// Prints each event-log entry as "log: TEXT".
-class StreamEventLog final : public EventLog {
+// Hands each event-log entry to a function.
+class ForwardingEventLog final : public EventLog {
  public:
-  explicit StreamEventLog(std::ostream& out) : out_(out) {}
-  void Error(const std::string& text) override { out_ << "log: " << text << '\n'; }
+  explicit ForwardingEventLog(std::function<void(const std::string&)> log) : log_(std::move(log)) {}
+  void Error(const std::string& text) override {
+    if (log_) log_(text);
+  }
 
  private:
-  std::ostream& out_;
+  std::function<void(const std::string&)> log_;
 };
 
 }  // namespace
 
-std::unique_ptr<TessalyLibXml> MakeFacade(const FacadeOptions& options, std::ostream& err) {
+void AddLoadOptions(CLI::App& cmd, FacadeOptions& facade) {
+  cmd.add_option("--lang", facade.lang, "Language of the reference-table names (default fr)");
+  cmd.add_option("--params", facade.params, "Global parameter document to read first");
+  cmd.add_option("--functions", facade.functions, "Document whose root holds the Function rows of the functions table");
+}
+
+std::unique_ptr<TessalyLibXml> MakeFacade(const FacadeOptions& options, Reporting reporting) {
   auto lib = std::make_unique<TessalyLibXml>();
-  lib->set_WarningInfo([&err](const std::string& cls, const std::string& msg) {
-    err << "warning: " << cls << ": " << msg << '\n';
-  });
-  lib->set_EventLog(std::make_shared<StreamEventLog>(err));
+  lib->set_WarningInfo(std::move(reporting.warning));
+  lib->set_EventLog(std::make_shared<ForwardingEventLog>(std::move(reporting.log)));
   if (options.lang) {
     lib->set_lang(*options.lang);
     lib->ReloadDefaultParameters();
@@ -42,6 +49,24 @@ std::unique_ptr<TessalyLibXml> MakeFacade(const FacadeOptions& options, std::ost
     lib->set_functions(table);
   }
   return lib;
+}
+
+std::unique_ptr<TessalyLibXml> MakeFacade(const FacadeOptions& options, std::ostream& err) {
+  Reporting reporting;
+  reporting.warning = [&err](const std::string& cls, const std::string& msg) {
+    err << "warning: " << cls << ": " << msg << '\n';
+  };
+  reporting.log = [&err](const std::string& text) { err << "log: " << text << '\n'; };
+  return MakeFacade(options, std::move(reporting));
+}
+
+std::optional<Error> Import(TessalyLibXml& lib, const std::string& location) {
+  try {
+    lib.ImportUceFromXml(location);
+  } catch (const Error& error) {
+    return error;
+  }
+  return std::nullopt;
 }
 
 void PrintError(std::ostream& err, const Error& error) {

@@ -1,11 +1,14 @@
-// What every command shares: a facade set up from the common options, and the diagnostics it
-// prints on standard error, one per line:
+// What every command shares: a facade set up from the common options, the options themselves,
+// and the diagnostics printed on standard error, one per line:
 //   warning: LIBCLASS: MESSAGE        for each WarningInfo event
 //   log: TEXT                         for each application event-log entry
 //   error NUMBER: SOURCE: DESCRIPTION for an error raised by the library
 #ifndef TESSALY_SRC_CLI_CONSOLE_HPP_
 #define TESSALY_SRC_CLI_CONSOLE_HPP_
 
+#include <CLI/CLI.hpp>
+
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -24,9 +27,25 @@ struct FacadeOptions {
   std::optional<std::string> functions;  // a document whose root's Function children are the functions table
 };
 
-// Makes a facade whose warnings and event-log entries go to `err`, and applies `options`.
-// Throws Error when the parameter or functions document cannot be read.
+// Where a facade's warnings and event-log entries go.
+struct Reporting {
+  TessalyLibXml::WarningHandler warning;
+  std::function<void(const std::string& text)> log;
+};
+
+// Registers --lang, --params and --functions, the options that change how a document loads.
+void AddLoadOptions(CLI::App& cmd, FacadeOptions& facade);
+
+// Makes a facade that reports through `reporting`, and applies `options`. Throws Error when the
+// parameter or functions document cannot be read.
+std::unique_ptr<TessalyLibXml> MakeFacade(const FacadeOptions& options, Reporting reporting);
+
+// The same, printing warnings and event-log entries on `err`, one per line.
 std::unique_ptr<TessalyLibXml> MakeFacade(const FacadeOptions& options, std::ostream& err);
+
+// Imports `location` into a new active target of `lib`; returns the error the import raised,
+// if any (the partial document then stays active, as the library leaves it).
+std::optional<Error> Import(TessalyLibXml& lib, const std::string& location);
 
 // Prints "error NUMBER: SOURCE: DESCRIPTION".
 void PrintError(std::ostream& err, const Error& error);

@@ -25,11 +25,9 @@ void AddConvertCommand(CLI::App& app, int& status) {
 }
 
 void AddFacadeOptions(CLI::App& cmd, FacadeOptions& facade) {
-  cmd.add_option("--lang", facade.lang, "Language of the reference-table names (default fr)");
+  AddLoadOptions(cmd, facade);
   cmd.add_option("--encoding", facade.encoding, "Encoding of the written document (default UTF-8)");
   cmd.add_option("--stylesheet", facade.stylesheet, "Style sheet URL written into the document (\"\" for none)");
-  cmd.add_option("--params", facade.params, "Global parameter document to read first");
-  cmd.add_option("--functions", facade.functions, "Document whose root holds the Function rows of the functions table");
 }
 
 int RunConvert(const std::string& in, const std::string& out, bool force, const FacadeOptions& facade_options,

@@ -1,0 +1,138 @@
+#include "cli/check_command.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <iostream>
+#include <variant>
+#include <vector>
+
+namespace tessaly::cli {
+namespace {
+
+struct Warning {
+  std::string libClass;
+  std::string message;
+};
+struct LogEntry {
+  std::string text;
+};
+
+// Everything the facade reported while loading, in the order it came.
+using Event = std::variant<Warning, LogEntry, Diagnostic>;
+
+const char* ActionName(Diagnostic::Action action) {
+  return action == Diagnostic::Action::kDropped ? "dropped" : "repaired";
+}
+
+struct Report {
+  std::string file;
+  std::vector<Event> events;
+  std::optional<Error> error;
+  int dropped = 0;
+  int repaired = 0;
+
+  bool Clean() const { return dropped == 0 && repaired == 0 && !error; }
+};
+
+// "FILE:LINE:COLUMN: dropped: WHAT: WHY", the position left out when it is unknown.
+void PrintDiagnostic(std::ostream& out, const std::string& file, const Diagnostic& d) {
+  out << file;
+  if (d.line != 0) out << ':' << d.line << ':' << d.column;
+  out << ": " << ActionName(d.action) << ": " << d.what << ": " << d.why << '\n';
+}
+
+void PrintText(const Report& report, std::ostream& out) {
+  for (const Event& event : report.events) {
+    if (const auto* w = std::get_if<Warning>(&event)) out << "warning: " << w->libClass << ": " << w->message << '\n';
+    else if (const auto* l = std::get_if<LogEntry>(&event)) out << "log: " << l->text << '\n';
+    else PrintDiagnostic(out, report.file, std::get<Diagnostic>(event));
+  }
+  if (report.error) PrintError(out, *report.error);
+  out << report.file << ": ";
+  if (report.Clean()) {
+    out << "nothing dropped or repaired\n";
+    return;
+  }
+  out << report.dropped << " dropped, " << report.repaired << " repaired";
+  if (report.error) out << ", the import raised error " << report.error->Number();
+  out << '\n';
+}
+
+nlohmann::ordered_json ToJson(const Report& report) {
+  nlohmann::ordered_json j;
+  j["file"] = report.file;
+  j["clean"] = report.Clean();
+  j["dropped"] = report.dropped;
+  j["repaired"] = report.repaired;
+  j["diagnostics"] = nlohmann::ordered_json::array();
+  j["warnings"] = nlohmann::ordered_json::array();
+  j["log"] = nlohmann::ordered_json::array();
+  for (const Event& event : report.events) {
+    if (const auto* w = std::get_if<Warning>(&event)) {
+      j["warnings"].push_back({{"libClass", w->libClass}, {"message", w->message}});
+    } else if (const auto* l = std::get_if<LogEntry>(&event)) {
+      j["log"].push_back(l->text);
+    } else {
+      const auto& d = std::get<Diagnostic>(event);
+      nlohmann::ordered_json entry = {{"action", ActionName(d.action)}};
+      entry["line"] = d.line != 0 ? nlohmann::ordered_json(d.line) : nlohmann::ordered_json(nullptr);
+      entry["column"] = d.line != 0 ? nlohmann::ordered_json(d.column) : nlohmann::ordered_json(nullptr);
+      entry["what"] = d.what;
+      entry["why"] = d.why;
+      j["diagnostics"].push_back(entry);
+    }
+  }
+  if (report.error)
+    j["error"] = {{"number", report.error->Number()},
+                  {"source", report.error->Source()},
+                  {"description", report.error->Description()}};
+  else
+    j["error"] = nullptr;
+  return j;
+}
+
+}  // namespace
+
+void AddCheckCommand(CLI::App& app, int& status) {
+  struct Options {
+    std::string file;
+    bool json = false;
+    FacadeOptions facade;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* cmd = app.add_subcommand(
+      "check", "Load an ECU document and list every element dropped or repaired; exit 1 when there is any");
+  cmd->add_option("FILE", options->file, "Document to load: a file path, file:// or http(s):// URL")->required();
+  cmd->add_flag("--json", options->json, "Print JSON instead of text");
+  AddLoadOptions(*cmd, options->facade);
+  cmd->callback([options, &status] {
+    status = RunCheck(options->file, options->json, options->facade, std::cout, std::cerr);
+  });
+}
+
+int RunCheck(const std::string& file, bool json, const FacadeOptions& facade, std::ostream& out, std::ostream& err) {
+  Report report;
+  report.file = file;
+  Reporting reporting;
+  reporting.warning = [&report](const std::string& cls, const std::string& msg) {
+    report.events.emplace_back(Warning{cls, msg});
+  };
+  reporting.log = [&report](const std::string& text) { report.events.emplace_back(LogEntry{text}); };
+  std::unique_ptr<TessalyLibXml> lib;
+  try {
+    lib = MakeFacade(facade, std::move(reporting));
+  } catch (const Error& error) {
+    PrintError(err, error);
+    return 1;
+  }
+  lib->set_Diagnostics([&report](const Diagnostic& d) {
+    ++(d.action == Diagnostic::Action::kDropped ? report.dropped : report.repaired);
+    report.events.emplace_back(d);
+  });
+  report.error = Import(*lib, file);
+  if (json) out << ToJson(report).dump(2) << '\n';
+  else PrintText(report, out);
+  return report.Clean() ? 0 : 1;
+}
+
+}  // namespace tessaly::cli
