@@ -1,1 +1,1 @@
-list(APPEND TESSALY_TEST_SOURCES)
+list(APPEND TESSALY_TEST_SOURCES generator/ecu_generator_test.cpp generator/load_speedups_test.cpp)

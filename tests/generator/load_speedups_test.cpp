@@ -1,0 +1,268 @@
+// The shortcuts taken to load, look up and release large documents quickly keep the behaviour
+// of the straightforward forms: case-blind keys without folded copies, clearing a collection in
+// one pass, reading and parsing a file in place, and the OBD index used while devices load.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "common/document_io.hpp"
+#include "ecu_generator.hpp"
+#include "support/test_support.hpp"
+#include "tessaly/tessaly.hpp"
+
+namespace tessaly::testing {
+namespace {
+
+// Texts whose folded forms are compared pairwise: ASCII of every length around the eight-byte
+// steps, Latin-1, Latin Extended-A, Greek and Cyrillic letters, and bytes that are not UTF-8.
+const std::vector<std::string>& FoldSamples() {
+  static const std::vector<std::string> samples = {
+      "", "a", "A", "k", "K", "kSpeed", "KSPEED", "kspeed", "kSpeeD", "EngineSpeed_0001_12", "ENGINESPEED_0001_12",
+      "enginespeed_0001_12", "EngineSpeed_0001_13", "ABCDEFGH", "abcdefgh", "abcdefgi", "@[`{", "`{@[",
+      "Temp\xC3\xA9rature", "TEMP\xC3\x89RATURE", "temp\xC3\xa9rature", "Entr\xC3\xA9" "e", "ENTR\xC3\x89" "E",
+      "\xC4\x80\xC4\x81", "\xC4\x81\xC4\x81", "\xCE\x91\xCE\xB2", "\xCE\xB1\xCE\x92", "\xD0\x90\xD0\xB1",
+      "\xD0\xB0\xD0\x91", "\xD0\x81", "\xD1\x91", "\xC3\x97", "\xC3\xB7", "bad\xC3", "bad\xC3(", "BAD\xC3(",
+      "\xE2\x80\x93 dash", "\xE2\x80\x93 DASH", "\xFF\xFE", "x\xC1\x81", "X\xC1\x81"};
+  return samples;
+}
+
+TEST(LoadSpeedupsTest, FoldedEqualAgreesWithFoldCaseOnEveryPair) {
+  for (const std::string& a : FoldSamples())
+    for (const std::string& b : FoldSamples())
+      EXPECT_EQ(FoldedEqual(a, b), FoldCase(a) == FoldCase(b)) << "'" << a << "' / '" << b << "'";
+}
+
+TEST(LoadSpeedupsTest, TextsThatFoldAlikeHashAlike) {
+  std::size_t pairs = 0;
+  for (const std::string& a : FoldSamples())
+    for (const std::string& b : FoldSamples())
+      if (FoldCase(a) == FoldCase(b)) {
+        EXPECT_EQ(FoldedHash(a), FoldedHash(b)) << "'" << a << "' / '" << b << "'";
+        ++pairs;
+      }
+  EXPECT_GT(pairs, FoldSamples().size());
+  // Different names spread: not every hash is the same.
+  EXPECT_NE(FoldedHash("EngineSpeed_0001_12"), FoldedHash("EngineSpeed_0001_13"));
+  EXPECT_NE(FoldedHash("abcdefgh"), FoldedHash("abcdefgi"));
+}
+
+TEST(LoadSpeedupsTest, KeyLookupIgnoresCaseOfAccentedCapitals) {
+  KeyedCollection<std::string> texts;
+  texts.Append(std::make_shared<std::string>("t"), "kTemp\xC3\xA9rature");
+  EXPECT_EQ(*texts.Item("KTEMP\xC3\x89RATURE"), "t");
+  EXPECT_TESSALY_ERROR(texts.Append(std::make_shared<std::string>("u"), "ktemp\xC3\x89rature"), 457, "Tessaly",
+                       "This key is already associated with an element of this collection");
+  EXPECT_EQ(texts.KeyAt(1), "kTemp\xC3\xA9rature");
+}
+
+TEST(LoadSpeedupsTest, CopiedCollectionKeepsItsOwnKeys) {
+  KeyedCollection<std::string> original;
+  original.Append(std::make_shared<std::string>("a"), "kA");
+  original.Append(std::make_shared<std::string>("b"));
+  KeyedCollection<std::string> copy = original;
+  original.Remove("KA");
+  ASSERT_EQ(copy.Count(), 2);
+  EXPECT_EQ(copy.KeyAt(1), "kA");
+  EXPECT_EQ(copy.KeyAt(2), "");
+  EXPECT_EQ(*copy.Item("ka"), "a");
+  copy = copy;
+  EXPECT_EQ(*copy.Item("ka"), "a");
+  KeyedCollection<std::string> moved = std::move(copy);
+  EXPECT_EQ(*moved.Item("KA"), "a");
+  EXPECT_EQ(moved.KeyAt(1), "kA");
+}
+
+TEST(LoadSpeedupsTest, RemoveFirstDropsEntriesAndTheirKeys) {
+  KeyedCollection<std::string> texts;
+  for (const char* key : {"k1", "", "k3", "k4"}) texts.Append(std::make_shared<std::string>(key), key);
+  texts.RemoveFirst(3);
+  ASSERT_EQ(texts.Count(), 1);
+  EXPECT_EQ(texts.KeyAt(1), "k4");
+  EXPECT_FALSE(texts.ContainsKey("k1"));
+  EXPECT_FALSE(texts.ContainsKey("K3"));
+  texts.Append(std::make_shared<std::string>("again"), "K1");
+  texts.RemoveFirst(10);
+  EXPECT_EQ(texts.Count(), 0);
+  EXPECT_FALSE(texts.ContainsKey("k4"));
+}
+
+TEST(LoadSpeedupsTest, ClearingCategoriesStopsAtTheFirstThatCannotBeCleared) {
+  // A category without a screen list cannot be cleared: the ones before it are removed, it and
+  // the ones after it stay, in order.
+  CategoryItems categories;
+  for (const char* name : {"A", "B", "C", "D"}) {
+    std::shared_ptr<CategoryItem> category = categories.Add(name);
+    if (std::string(name) != "C") category->set_Screens(std::make_shared<ScreenItems>());
+  }
+  EXPECT_TESSALY_ERROR(categories.clear(), 91, "Tessaly", "Object variable or With block variable not set");
+  ASSERT_EQ(categories.Count(), 2);
+  EXPECT_EQ(categories.Item(1)->categoryName(), "C");
+  EXPECT_EQ(categories.Item(2)->categoryName(), "D");
+  EXPECT_NE(categories.Item(2)->Screens(), nullptr);
+}
+
+TEST(LoadSpeedupsTest, ClearingCallsEveryItemsClearOnceInOrder) {
+  TessalyLibXml facade;
+  std::shared_ptr<TargetItem> target = facade.NewTarget();
+  std::vector<std::shared_ptr<DataItem>> held;
+  for (int i = 0; i < 5; ++i) {
+    std::shared_ptr<DataItem> data = target->datas()->Add("D" + std::to_string(i));
+    data->set_parent(target);
+    data->set_DataListes(std::make_shared<DataListeItems>());
+    held.push_back(data);
+  }
+  target->datas()->clear();
+  EXPECT_EQ(target->datas()->Count(), 0);
+  for (const auto& data : held) {
+    EXPECT_EQ(data->parent(), nullptr);
+    EXPECT_EQ(data->DataListes(), nullptr);
+  }
+}
+
+TEST(LoadSpeedupsTest, ClearingALargeCollectionTakesLinearTime) {
+  // Removing the first entry again and again would move every remaining entry each time: with
+  // 200000 items that is billions of moves, far beyond this bound.
+  TessalyLibXml facade;
+  std::shared_ptr<TargetItem> target = facade.NewTarget();
+  for (int i = 0; i < 200000; ++i) target->datas()->Add("D" + std::to_string(i));
+  const auto start = std::chrono::steady_clock::now();
+  target->datas()->clear();
+  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  EXPECT_EQ(target->datas()->Count(), 0);
+  EXPECT_LT(seconds, 2.0);
+}
+
+TEST(LoadSpeedupsTest, FileReadInPlaceLoadsLikeTheCopyingPath) {
+  TempDir dir;
+  const std::string document = bench::GenerateEcuDocument(5, bench::EcuShape{3});
+  WriteFileBytes(dir.File("ecu.xml"), document);
+  TessalyLibXml fromFile;
+  fromFile.ImportUceFromXml(dir.File("ecu.xml"));
+  TessalyLibXml fromText;
+  fromText.ImportUceFromText(document);
+  EXPECT_EQ(fromFile.ExportUceToText(), document);
+  EXPECT_EQ(fromText.ExportUceToText(), document);
+}
+
+TEST(LoadSpeedupsTest, InPlaceLoadKeepsTheCallersText) {
+  const std::string document = bench::GenerateEcuDocument(6, bench::EcuShape{1});
+  const std::string before = document;
+  TessalyLibXml facade;
+  facade.ImportUceFromText(document);
+  EXPECT_EQ(document, before);
+}
+
+TEST(LoadSpeedupsTest, ParseFailureStillNamesLineAndColumnOfTheOriginalText) {
+  // Line breaks as CR LF before the fault: the in-place parser rewrites them, the reason must
+  // still count them as they were.
+  const std::string bad = "<?xml version=\"1.0\"?>\r\n<xml>\r\n<a\r\nb=\"1\">\r\n<c></d>\r\n</xml>\r\n";
+  TempDir dir;
+  WriteFileBytes(dir.File("bad.xml"), bad);
+  std::string fromCopy;
+  {
+    pugi::xml_document doc;
+    ASSERT_FALSE(io::LoadDocument(doc, dir.File("bad.xml"), fromCopy));
+  }
+  TessalyLibXml facade;
+  EXPECT_TESSALY_ERROR(facade.ImportUceFromXml(dir.File("bad.xml")), 1, "TessalyDatabase.ImportUceFromXml",
+                       "Bad xml file, Reason=" + fromCopy);
+  EXPECT_TESSALY_ERROR(facade.ImportUceFromText(bad), 1, "TessalyDatabase.ImportUceFromXml",
+                       "Bad xml file, Reason=" + fromCopy);
+  EXPECT_NE(fromCopy.find("line 5"), std::string::npos) << fromCopy;
+}
+
+TEST(LoadSpeedupsTest, DecodingInPlaceMatchesTheCopyingDecoder) {
+  const std::vector<std::string> inputs = {
+      "<?xml version=\"1.0\"?><a/>",
+      "\xEF\xBB\xBF<?xml version=\"1.0\"?><a>\xC3\xA9</a>",
+      std::string("\xFF\xFE<\0a\0/\0>\0", 10),
+      "<?xml version=\"1.0\" encoding=\"windows-1252\"?><a>\xE9</a>",
+      "<?xml version=\"1.0\"?><a>\xC3</a>",
+      "<a>\x01</a>",
+      "<a>plain ascii text that is longer than eight bytes\tand\r\nlines</a>",
+      "<a>\xF0\x9F\x98\x80 \xED\xA0\x80</a>"};
+  for (const std::string& input : inputs) {
+    std::string copied;
+    std::string copyReason;
+    const bool copyOk = io::DecodeToUtf8(input, copied, copyReason);
+    std::string inPlace = input;
+    std::string inPlaceReason;
+    const bool inPlaceOk = io::DecodeToUtf8InPlace(inPlace, inPlaceReason);
+    EXPECT_EQ(inPlaceOk, copyOk) << input;
+    EXPECT_EQ(inPlaceReason, copyReason) << input;
+    if (copyOk) {
+      EXPECT_EQ(inPlace, copied) << input;
+    }
+  }
+}
+
+TEST(LoadSpeedupsTest, ControlCharacterAfterLongAsciiRunIsStillFound) {
+  std::string text(64, 'a');
+  text[37] = '\x02';
+  std::string reason;
+  EXPECT_FALSE(io::DecodeToUtf8InPlace(text, reason));
+  EXPECT_EQ(reason, "control character 2 at line 1, column 38");
+
+  // Tabs and line breaks in the same eight bytes as the fault do not hide it.
+  std::string lines = "abcdefgh\tab\r\nc\x1F" "defghijklmnop";
+  EXPECT_FALSE(io::DecodeToUtf8InPlace(lines, reason));
+  EXPECT_EQ(reason, "control character 31 at line 2, column 2");
+  std::string clean = "abcdefgh\tab\r\ncdefghijklmnop\n\n\n\n\n\n\n\n\t";
+  EXPECT_TRUE(io::DecodeToUtf8InPlace(clean, reason));
+}
+
+// Two devices whose tests claim the same OBD code: the later one loses it, and is reported as
+// repaired, whether or not earlier devices were already held.
+constexpr const char* kDevices =
+    "<Devices>\n"
+    "<Device Name=\"First\">\n\r\n<Test Type=\"1\" OBD=\"300\">\r\n</Test>\n</Device>\n"
+    "<Device Name=\"Second\">\n\r\n<Test Type=\"1\" OBD=\"300\">\r\n</Test>\r\n<Test Type=\"2\" OBD=\"301\">\r\n</Test>\n"
+    "</Device>\n"
+    "<Device Name=\"First\">\n\r\n<Test Type=\"1\" OBD=\"302\">\r\n</Test>\n</Device>\n"
+    "<Device Name=\"Third\">\n\r\n<Test Type=\"1\" OBD=\"302\">\r\n</Test>\r\n<Test Type=\"2\" OBD=\"301\">\r\n</Test>\n"
+    "</Device>\n"
+    "</Devices>";
+
+TEST(LoadSpeedupsTest, DuplicateObdCodeWhileLoadingIsDroppedFromTheLaterTest) {
+  TessalyLibXml facade;
+  std::vector<std::string> repaired;
+  facade.set_Diagnostics([&](const Diagnostic& d) {
+    if (d.action == Diagnostic::Action::kRepaired) repaired.push_back(d.what);
+  });
+  std::shared_ptr<TargetItem> target = facade.NewTarget();
+  pugi::xml_document doc;
+  ParseText(doc, kDevices);
+  target->Organes()->loadXml(doc, doc.child("Devices"), target);
+  ASSERT_EQ(target->Organes()->Count(), 3);
+  EXPECT_EQ(target->Organes()->ItemName("First")->Tests()->ItemType(1)->OBD(), 300);
+  EXPECT_EQ(target->Organes()->ItemName("Second")->Tests()->ItemType(1)->OBD(), 0);
+  EXPECT_EQ(target->Organes()->ItemName("Second")->Tests()->ItemType(2)->OBD(), 301);
+  // The dropped second "First" brought no codes: 302 is free for Third, 301 is not.
+  EXPECT_EQ(target->Organes()->ItemName("Third")->Tests()->ItemType(1)->OBD(), 302);
+  EXPECT_EQ(target->Organes()->ItemName("Third")->Tests()->ItemType(2)->OBD(), 0);
+  EXPECT_EQ(repaired.size(), 2U);
+  // After the load the codes are checked against the devices themselves again.
+  EXPECT_TESSALY_ERROR(target->Organes()->ItemName("Third")->Tests()->ItemType(2)->set_OBD(300), 1, "TestItem.OBD",
+                       "Duplicate OBD code");
+  EXPECT_EQ(target->Organes()->GetDevicesTestWithObd(301), target->Organes()->ItemName("Second")->Tests()->ItemType(2));
+}
+
+TEST(LoadSpeedupsTest, CodesOfDevicesHeldBeforeTheLoadCount) {
+  TessalyLibXml facade;
+  std::shared_ptr<TargetItem> target = facade.NewTarget();
+  std::shared_ptr<OrganeItem> held = target->Organes()->Add("Held", "", 0, 0);
+  held->set_parent(target);
+  held->Tests()->Add(5)->set_OBD(300);
+  pugi::xml_document doc;
+  ParseText(doc, kDevices);
+  target->Organes()->loadXml(doc, doc.child("Devices"), target);
+  EXPECT_EQ(target->Organes()->ItemName("First")->Tests()->ItemType(1)->OBD(), 0);
+  EXPECT_EQ(target->Organes()->GetDevicesTestWithObd(300), held->Tests()->ItemType(5));
+}
+
+}  // namespace
+}  // namespace tessaly::testing

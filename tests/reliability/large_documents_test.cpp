@@ -1,0 +1,111 @@
+// Long lists load in time that grows with their length, not with its square, and the duplicate
+// refusals that the readers decide quickly stay exactly those of the collections' AddData.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "reliability/reliability_support.hpp"
+#include "tessaly/tessaly.hpp"
+
+namespace tessaly::testing {
+namespace {
+
+constexpr int kLong = 200000;
+// Far above what a linear reading takes, even under the sanitizers; a reading that compares
+// every element with every earlier one needs minutes for these lists.
+constexpr double kSecondsAllowed = 60.0;
+
+class LargeDocumentTest : public ::testing::Test {
+ protected:
+  // Imports `document`, and returns how long the import took.
+  double TimedImport(const std::string& document) {
+    auto start = std::chrono::steady_clock::now();
+    try {
+      f.lib.ImportUceFromText(document);
+    } catch (const Error&) {
+      // Some documents below end with a refusal on purpose; the tests look at what loaded.
+    }
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  }
+  std::vector<std::string> DiagnosticReasons() const {
+    std::vector<std::string> out;
+    for (const auto& d : f.diagnostics) out.push_back(d.why);
+    return out;
+  }
+
+  RecordingFacade f;
+};
+
+std::string Numbered(const std::string& before, const std::string& after) {
+  std::string out;
+  for (int i = 0; i < kLong; ++i) out += before + std::to_string(i) + after;
+  return out;
+}
+
+TEST_F(LargeDocumentTest, RequestPlacingManyDistinctDataLoadsInLinearTime) {
+  const std::string document =
+      EcuFrame("<Datas>\n" + Numbered("<Data Name=\"D", "\"/>\n") + "</Datas>\n<Requests Endian=\"Big\">\n" +
+               "<Request Name=\"R\"><Received>" + Numbered("<DataItem Name=\"D", "\" FirstByte=\"2\"/>") +
+               "<DataItem Name=\"D0\" FirstByte=\"3\"/></Received></Request>\n</Requests>\n");
+  EXPECT_LT(TimedImport(document), kSecondsAllowed);
+  EXPECT_EQ(f.lib.ActiveTarget()->Requests()->ItemName("R")->DataPositions()->Count(), kLong);
+  // The repeated name at the end is refused as AddData refuses it.
+  EXPECT_EQ(DiagnosticReasons(),
+            std::vector<std::string>{"Duplicate Data, a data can be used only one time in the same request"});
+}
+
+TEST_F(LargeDocumentTest, ManyDistinctCategoriesLoadInLinearTime) {
+  const std::string document = EcuFrame("<ds:Categories>\n" + Numbered("<Category Name=\"C", "\">\n</Category>") +
+                                        "<Category Name=\"C0\">\n</Category></ds:Categories>");
+  EXPECT_LT(TimedImport(document), kSecondsAllowed);
+  EXPECT_EQ(f.lib.ActiveTarget()->Categories()->Count(), kLong);
+  EXPECT_EQ(DiagnosticReasons(), std::vector<std::string>{"Duplicate category"});
+}
+
+TEST_F(LargeDocumentTest, ValueListOfManyDistinctEntriesLoadsInLinearTime) {
+  const std::string document = EcuFrame("<Datas>\n<Data Name=\"D\">\n<Bits count=\"32\">\n<List>\n" +
+                                        Numbered("<Item Value=\"", "\" Text=\"T\"/>") +
+                                        "</List>\n</Bits>\n</Data>\n</Datas>\n");
+  // Every entry has the label T: all but the first are refused as duplicate labels.
+  EXPECT_LT(TimedImport(document), kSecondsAllowed);
+  EXPECT_EQ(f.lib.ActiveTarget()->datas()->ItemName("D")->DataListes()->Count(), 1);
+
+  std::string distinct;
+  for (int i = 0; i < kLong; ++i) distinct += "<Item Value=\"" + std::to_string(i) + "\" Text=\"T" + std::to_string(i) + "\"/>";
+  EXPECT_LT(TimedImport(EcuFrame("<Datas>\n<Data Name=\"D\">\n<Bits count=\"32\">\n<List>\n" + distinct +
+                                 "</List>\n</Bits>\n</Data>\n</Datas>\n")),
+            kSecondsAllowed);
+  EXPECT_EQ(f.lib.ActiveTarget()->datas()->ItemName("D")->DataListes()->Count(), kLong);
+}
+
+TEST_F(LargeDocumentTest, ValueListDuplicateNamesTheFirstEntryThatSharesTheValueOrTheLabel) {
+  // Entry 1 is (1, A), entry 2 is (2, B). (2, A) meets entry 1 first, by its label; (1, B) meets
+  // entry 1 first, by its value; (1, A) meets entry 1 by both, and the value is named.
+  f.lib.ImportUceFromText(EcuFrame(
+      "<Datas>\n<Data Name=\"D\">\n<Bits count=\"8\">\n<List>\n<Item Value=\"1\" Text=\"A\"/><Item Value=\"2\" Text=\"B\"/>"
+      "<Item Value=\"2\" Text=\"A\"/><Item Value=\"1\" Text=\"B\"/><Item Value=\"1\" Text=\"A\"/></List>\n</Bits>\n"
+      "</Data>\n</Datas>\n"));
+  EXPECT_EQ(DiagnosticReasons(), (std::vector<std::string>{"Duplicate label 'A' with value '2'",
+                                                           "Duplicate value '1' with label 'B'",
+                                                           "Duplicate value '1' with label 'A'"}));
+  EXPECT_EQ(f.lib.ActiveTarget()->datas()->ItemName("D")->DataListes()->Count(), 2);
+}
+
+TEST_F(LargeDocumentTest, ScenarioStepsAreNumberedInOrderCountingOnlyTheStepsKept) {
+  f.lib.ImportUceFromText(EcuFrame(
+      "<Requests Endian=\"Big\">\n<Request Name=\"Ping\"/>\n</Requests>\n<ds:Categories>\n<Category Name=\"C\">\n\n"
+      "<Screen Name=\"S\">\n\n<Button Text=\"Go\">\n<Send Delay=\"1\" RequestName=\"Ping\"/><Send Delay=\"2\" RequestName=\"Gone\"/>"
+      "<Send Delay=\"3\" RequestName=\"Ping\"/><Send Delay=\"4\"/><Send Delay=\"5\" RequestName=\"Ping\"/>\n</Button>\n"
+      "</Screen>\n</Category></ds:Categories>"));
+  auto steps = f.lib.ActiveTarget()->Categories()->Item(1)->Screens()->Item(1)->ButtonItems()->Item(2)->ScenarioItems();
+  ASSERT_EQ(steps->Count(), 3);
+  for (std::int32_t i = 1; i <= 3; ++i) {
+    EXPECT_EQ(steps->Item(i)->Index(), i);
+    EXPECT_EQ(steps->Item(i)->delay(), 2 * i - 1);
+  }
+}
+
+}  // namespace
+}  // namespace tessaly::testing
