@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <grp.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
 
 #include <vector>
 
@@ -215,18 +218,43 @@ TEST_F(FacadeTest, ExportToUnwritableLocationOnlyWarns) {
   EXPECT_NE(lib.LastSaveError()->Description().find("No such file or directory"), std::string::npos);
 }
 
-TEST_F(FacadeTest, FailedSaveLeavesTheExistingFileAndNoTemporary) {
+// Runs `step` in a child process that has given up root's rights (it becomes the user
+// "nobody"), so that directory permissions apply even when the tests run as root. The child's
+// exit status is `step`'s result: 0 for success.
+int RunWithoutPrivileges(const std::function<int()>& step) {
+  if (::geteuid() != 0) return step();
+  const pid_t child = ::fork();
+  if (child == 0) {
+    constexpr uid_t kNobody = 65534;
+    if (::setgroups(0, nullptr) != 0 || ::setresgid(kNobody, kNobody, kNobody) != 0 ||
+        ::setresuid(kNobody, kNobody, kNobody) != 0)
+      ::_exit(100);
+    ::_exit(step());
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 101;
+}
+
+TEST_F(FacadeTest, FailedSaveInAReadOnlyDirectoryLeavesTheExistingFileAndNoTemporary) {
   lib.ImportUceFromText(kSmallDocument);
   std::string path = dir.File("keep.xml");
   WriteFileBytes(path, "old content");
-  std::filesystem::permissions(dir.path(), std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-  if (::access(dir.path().c_str(), W_OK) == 0) GTEST_SKIP() << "running with rights that ignore directory permissions";
-  lib.ExportUceToXml(path);
-  std::filesystem::permissions(dir.path(), std::filesystem::perms::owner_all);
+  namespace fs = std::filesystem;
+  fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+  fs::permissions(dir.path(), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_read |
+                                  fs::perms::group_exec | fs::perms::others_read | fs::perms::others_exec);
+  const int result = RunWithoutPrivileges([&] {
+    warnings.clear();
+    lib.ExportUceToXml(path);
+    if (warnings.empty()) return 1;
+    if (warnings.back().msg != "Save error (number : 13)") return 2;
+    return lib.LastSaveError().has_value() ? 0 : 3;
+  });
+  fs::permissions(dir.path(), fs::perms::owner_all);
+  EXPECT_EQ(result, 0) << "1: no warning, 2: another warning, 3: no save error kept, 100: could not drop rights";
   EXPECT_EQ(ReadFileBytes(path), "old content");
-  ASSERT_FALSE(warnings.empty());
-  EXPECT_EQ(warnings.back().msg, "Save error (number : 13)");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
+  EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), {}), 1);
 }
 
 TEST_F(FacadeTest, WriteFailingMidwayLeavesTheExistingFileAndNoTemporary) {
