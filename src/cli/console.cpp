@@ -73,4 +73,34 @@ void PrintError(std::ostream& err, const Error& error) {
   err << "error " << error.Number() << ": " << error.Source() << ": " << error.Description() << '\n';
 }
 
+std::unique_ptr<TessalyLibXml> LoadDocument(const FacadeOptions& options, const std::string& location,
+                                            std::ostream& err) {
+  std::unique_ptr<TessalyLibXml> lib;
+  try {
+    lib = MakeFacade(options, err);
+  } catch (const Error& error) {
+    PrintError(err, error);
+    return nullptr;
+  }
+  if (std::optional<Error> error = Import(*lib, location)) {
+    PrintError(err, *error);
+    return nullptr;
+  }
+  return lib;
+}
+
+bool SaveDocument(TessalyLibXml& lib, const std::string& path, std::ostream& err) {
+  try {
+    lib.ExportUceToXml(path);
+  } catch (const Error& error) {
+    PrintError(err, error);
+    return false;
+  }
+  if (lib.LastSaveError()) {
+    PrintError(err, *lib.LastSaveError());
+    return false;
+  }
+  return true;
+}
+
 }  // namespace tessaly::cli

@@ -50,6 +50,16 @@ std::optional<Error> Import(TessalyLibXml& lib, const std::string& location);
 // Prints "error NUMBER: SOURCE: DESCRIPTION".
 void PrintError(std::ostream& err, const Error& error);
 
+// Makes a facade (MakeFacade) and imports `location` into it. Returns null when either raised
+// an error, after printing it on `err`.
+std::unique_ptr<TessalyLibXml> LoadDocument(const FacadeOptions& options, const std::string& location,
+                                            std::ostream& err);
+
+// Saves the active target to `path`. Returns false when the export raised an error or the save
+// failed (reported by the library through its warning and LastSaveError), after printing the
+// error on `err`.
+bool SaveDocument(TessalyLibXml& lib, const std::string& path, std::ostream& err);
+
 }  // namespace tessaly::cli
 
 #endif  // TESSALY_SRC_CLI_CONSOLE_HPP_

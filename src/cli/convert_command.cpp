@@ -47,16 +47,7 @@ int RunConvert(const std::string& in, const std::string& out, bool force, const 
     status = 1;
     if (!force || !lib->ActiveTarget()) return status;
   }
-  try {
-    lib->ExportUceToXml(out);
-  } catch (const Error& error) {
-    PrintError(err, error);
-    return 1;
-  }
-  if (lib->LastSaveError()) {
-    PrintError(err, *lib->LastSaveError());
-    return 1;
-  }
+  if (!SaveDocument(*lib, out, err)) return 1;
   return status;
 }
 

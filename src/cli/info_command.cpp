@@ -229,17 +229,8 @@ void AddInfoCommand(CLI::App& app, int& status) {
 }
 
 int RunInfo(const std::string& file, bool json, const FacadeOptions& facade, std::ostream& out, std::ostream& err) {
-  std::unique_ptr<TessalyLibXml> lib;
-  try {
-    lib = MakeFacade(facade, err);
-  } catch (const Error& error) {
-    PrintError(err, error);
-    return 1;
-  }
-  if (std::optional<Error> error = Import(*lib, file)) {
-    PrintError(err, *error);
-    return 1;
-  }
+  std::unique_ptr<TessalyLibXml> lib = LoadDocument(facade, file, err);
+  if (!lib) return 1;
   const TargetItem& target = *lib->ActiveTarget();
   if (json) out << ToJson(*lib, target, file).dump(2) << '\n';
   else PrintText(*lib, target, out);

@@ -3,9 +3,13 @@
 
 #include "cli/check_command.hpp"
 #include "cli/convert_command.hpp"
+#include "cli/edit_commands.hpp"
+#include "cli/diff_command.hpp"
+#include "cli/export_json_command.hpp"
 #include "cli/info_command.hpp"
 #include "cli/params_command.hpp"
 #include "cli/preview_command.hpp"
+#include "cli/where_used_command.hpp"
 
 int main(int argc, char** argv) {
   CLI::App app{"tessaly: read, check and write ECU diagnostic descriptions"};
@@ -16,6 +20,10 @@ int main(int argc, char** argv) {
   tessaly::cli::AddCheckCommand(app, status);
   tessaly::cli::AddParamsCommand(app, status);
   tessaly::cli::AddPreviewCommand(app, status);
+  tessaly::cli::AddWhereUsedCommand(app, status);
+  tessaly::cli::AddEditCommands(app, status);
+  tessaly::cli::AddExportJsonCommand(app, status);
+  tessaly::cli::AddDiffCommand(app, status);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
