@@ -166,6 +166,15 @@ char32_t FoldCodePoint(char32_t c) noexcept {
 }  // namespace
 
 std::int32_t ToInt32(std::string_view text) {
+  // Up to nine plain digits, with or without a minus sign, the form documents hold, are read
+  // at once; the general reading below gives them the same value.
+  if (!text.empty() && text.size() <= 9) {
+    const std::size_t first = text.front() == '-' ? 1 : 0;
+    std::int32_t value = 0;
+    std::size_t i = first;
+    for (; i < text.size() && IsDigit(text[i]); ++i) value = value * 10 + (text[i] - '0');
+    if (i == text.size() && i > first) return first == 1 ? -value : value;
+  }
   std::string_view t = TrimBlanks(text);
   std::size_t len = ScanNumber(t, /*with_exponent=*/false);
   if (len == 0 || len != t.size()) RaisePlatform(errc::kTypeMismatch);
@@ -191,6 +200,10 @@ std::int32_t ToInt32(std::string_view text) {
 
 bool ToBool(std::string_view text) {
   std::string_view t = TrimBlanks(text);
+  // The two forms documents hold, answered before the general reading below (which gives
+  // them the same values).
+  if (t == "0") return false;
+  if (t == "1") return true;
   std::string lower = AsciiUpper(t);
   if (lower == "TRUE") return true;
   if (lower == "FALSE") return false;

@@ -165,7 +165,11 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
 // DataItems
 
 std::shared_ptr<DataItem> DataItems::AddData(const std::shared_ptr<DataItem>& vData) {
-  return Append(vData, Key(vData->dataName()));
+  // The collection keeps a copy of the key: it is built in a buffer kept between calls.
+  thread_local std::string key;
+  key.assign(1, 'k');
+  key.append(vData->dataName());
+  return Append(vData, key);
 }
 
 std::shared_ptr<DataItem> DataItems::Add(std::string dataName) {
@@ -235,7 +239,14 @@ void DataItems::rename(const std::shared_ptr<DataItem>& vData, const std::string
   AddDataSorted(vData);
 }
 
-std::shared_ptr<DataItem> DataItems::ItemName(std::string_view name) const { return inner_.Find(Key(name)); }
+std::shared_ptr<DataItem> DataItems::ItemName(std::string_view name) const {
+  // Looked up once per reference while a document loads: the key is built in a buffer kept
+  // between calls instead of a new text each time.
+  thread_local std::string key;
+  key.assign(1, 'k');
+  key.append(name);
+  return inner_.Find(key);
+}
 
 void DataItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
   for (const auto& item : inner_) {

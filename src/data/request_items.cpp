@@ -16,12 +16,6 @@ namespace {
 
 constexpr const char* kLoadSource = "RequestItem.loadXml";
 
-std::string Key(std::string_view name) {
-  std::string key = "k";
-  key += name;
-  return key;
-}
-
 // Runs a nested collection reader (which starts from a clear error state) so that an error this
 // request met before it stays the pending one.
 template <class Read>
@@ -144,7 +138,11 @@ void RequestItem::loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode) {
 // RequestItems
 
 std::shared_ptr<RequestItem> RequestItems::AddData(const std::shared_ptr<RequestItem>& vData) {
-  return Append(vData, Key(vData->requestName()));
+  // The collection keeps a copy of the key: it is built in a buffer kept between calls.
+  thread_local std::string key;
+  key.assign(1, 'k');
+  key.append(vData->requestName());
+  return Append(vData, key);
 }
 
 std::shared_ptr<RequestItem> RequestItems::Add(std::string requestName) {
@@ -168,7 +166,14 @@ void RequestItems::rename(const std::shared_ptr<RequestItem>& vData, const std::
   AddData(vData);
 }
 
-std::shared_ptr<RequestItem> RequestItems::ItemName(std::string_view name) const { return inner_.Find(Key(name)); }
+std::shared_ptr<RequestItem> RequestItems::ItemName(std::string_view name) const {
+  // Looked up once per reference while a document loads: the key is built in a buffer kept
+  // between calls instead of a new text each time.
+  thread_local std::string key;
+  key.assign(1, 'k');
+  key.append(name);
+  return inner_.Find(key);
+}
 
 std::shared_ptr<DataPositionItem> RequestItems::ItemDataPositionName(std::string_view requestName,
                                                                      std::string_view dataName) const {

@@ -194,7 +194,14 @@ void OrganeItems::rename(const std::shared_ptr<OrganeItem>& item, const std::str
   Append(item, DeviceKey(newName));
 }
 
-std::shared_ptr<OrganeItem> OrganeItems::ItemName(std::string_view name) const { return inner_.Find(DeviceKey(name)); }
+std::shared_ptr<OrganeItem> OrganeItems::ItemName(std::string_view name) const {
+  // Looked up once per reference while a document loads: the key is built in a buffer kept
+  // between calls instead of a new text each time.
+  thread_local std::string key;
+  key.assign(1, 'k');
+  key.append(name);
+  return inner_.Find(key);
+}
 
 void OrganeItems::DeleteDataPosition(const std::shared_ptr<DataPositionItem>& dataPosition) {
   for (const auto& device : *this) device->DeleteDataPosition(dataPosition);

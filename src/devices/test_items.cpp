@@ -194,7 +194,11 @@ std::shared_ptr<TestItem> TestItems::ItemOBD(std::int32_t OBD) const {
 }
 
 std::shared_ptr<TestItem> TestItems::GetTestUsingData(std::string_view dataName) const {
-  const std::string key = FlagKey(dataName);
+  // Asked once per device by the where-used walks: the key is built in a buffer kept between
+  // calls instead of a new text each time.
+  thread_local std::string key;
+  key.assign(1, 'k');
+  key.append(dataName);
   return FindFirst([&](const TestItem& test) { return test.StoredFlag().ContainsKey(key); });
 }
 

@@ -4,6 +4,7 @@
 
 #include "common/document_io.hpp"
 #include "common/xml_util.hpp"
+#include "target/section_release.hpp"
 #include "tessaly/common/convert.hpp"
 #include "tessaly/common/error.hpp"
 #include "tessaly/facade/multi_lang.hpp"
@@ -92,7 +93,11 @@ void TessalyLibXml::ImportDocument(const std::string& location, const std::strin
   if (!root) Raise(errc::kModel, kImportSource, "Bad xml file, RootNode \"xml\" not found");
   if (keepText) loadingText_ = std::move(text);
   positionOffset_ = 0, positionLine_ = 1, positionColumn_ = 1;
-  target->loadXml(doc, root);
+  {
+    // `doc` is thrown away after the load: the target may release its sections as it goes.
+    SectionRelease release;
+    target->loadXml(doc, root);
+  }
   loadingText_.clear();
   loadingText_.shrink_to_fit();
   if (Err().Pending()) {

@@ -108,15 +108,22 @@ std::vector<std::shared_ptr<DisplayDataItem>> DataReferencesTo(const std::shared
   return found;
 }
 
-// One text standing for a (request name, data name) pair, for the set of pairs whose displays
-// go with their placements. The length prefix keeps any two different pairs apart.
-std::string PairKey(std::string_view requestName, std::string_view dataName) {
-  std::string key = IntText(static_cast<std::int32_t>(requestName.size()));
-  key += ':';
-  key += requestName;
-  key += dataName;
-  return key;
-}
+// A (request name, data name) pair, viewed in the names of the objects that hold it, and its
+// hash, for the set of pairs whose displays go with their placements. The views stay valid
+// while the set is used: nothing is renamed or deleted until the walks are over.
+struct NamePair {
+  std::string_view requestName;
+  std::string_view dataName;
+  bool operator==(const NamePair&) const = default;
+};
+
+struct NamePairHash {
+  std::size_t operator()(const NamePair& pair) const noexcept {
+    const std::size_t request = std::hash<std::string_view>{}(pair.requestName);
+    const std::size_t data = std::hash<std::string_view>{}(pair.dataName);
+    return request ^ (data + 0x9e3779b97f4a7c15ULL + (request << 6) + (request >> 2));
+  }
+};
 
 // The 1-based position of the entry held under `key` (letter case ignored), or 0.
 std::int32_t PositionOfKey(const FlagList& list, std::string_view key) {
@@ -165,7 +172,7 @@ void DeletePlacements(TargetItem& target, const Deletion& deletion) {
   // counts), so taking the names one after the other ends as the placement order would.
   std::vector<std::pair<std::shared_ptr<DataPositionItem>, std::size_t>> references;
   std::unordered_map<std::string, std::size_t> referenceIndex;
-  std::unordered_set<std::string> shown;
+  std::unordered_set<NamePair, NamePairHash> shown;
   for (const Placement& placement : deletion.placements) {
     const std::string& dataName = placement.position->dataName();
     if (placement.position->reference()) {
@@ -173,7 +180,7 @@ void DeletePlacements(TargetItem& target, const Deletion& deletion) {
       if (added) references.emplace_back(placement.position, 0);
       ++references[it->second].second;
     }
-    shown.insert(PairKey(placement.request->requestName(), dataName));
+    shown.insert({placement.request->requestName(), dataName});
   }
   const std::string* requestName = deletion.requestName;
 
@@ -197,7 +204,7 @@ void DeletePlacements(TargetItem& target, const Deletion& deletion) {
   auto visitDisplay = [&](const std::shared_ptr<ScreenItem>& screen, const std::shared_ptr<DisplayItem>& display) {
     const std::shared_ptr<DisplayDataItem>& shows = display->DisplayDataItem();
     const std::shared_ptr<DisplayExtraItem>& names = display->DisplayExtraItem();
-    if ((shows && !shown.empty() && shown.count(PairKey(shows->requestName(), shows->dataName())) != 0) ||
+    if ((shows && !shown.empty() && shown.count({shows->requestName(), shows->dataName()}) != 0) ||
         (requestName && names && names->requestName() == *requestName))
       displays.push_back({screen, display});
   };

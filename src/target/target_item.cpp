@@ -13,6 +13,7 @@
 #include "tessaly/params/target_param_item.hpp"
 #include "tessaly/screens/category_items.hpp"
 #include "target/reporting.hpp"
+#include "target/section_release.hpp"
 
 namespace tessaly {
 namespace {
@@ -57,7 +58,56 @@ bool IsProjectName(std::string_view name) {
   return true;
 }
 
+// Frees `node` and everything below it, removing only nodes that have no child left, deepest
+// first: however deep the nesting, no more stack is needed than for a flat element.
+void RemoveLeavesFirst(pugi::xml_node parent, pugi::xml_node node) {
+  const pugi::xml_node top = node;
+  for (;;) {
+    if (pugi::xml_node child = node.last_child()) {
+      node = child;
+      continue;
+    }
+    if (node == top) break;
+    pugi::xml_node above = node.parent();
+    above.remove_child(node);
+    node = above;
+  }
+  parent.remove_child(top);
+}
+
+// Takes `element` out of `parent` and frees its nodes; `end` is where the element's text ends
+// (the offset of what follows it), or -1 when unknown. pugixml frees a removed node's children
+// by recursion, one level of stack per level of nesting; a child written in fewer than
+// kShallowBytes of the text cannot nest deeper than kShallowBytes / 7 levels (each level takes
+// at least "<a>" and "</a>"), so it is removed whole. A longer one is taken apart the same way,
+// down to kSplitLevels levels; below that, or when the text cannot tell a child's extent, it
+// is freed leaves first.
+void ReleaseElement(pugi::xml_node parent, pugi::xml_node element, std::ptrdiff_t end, int level = 0) {
+  constexpr std::ptrdiff_t kShallowBytes = 4096;
+  constexpr int kSplitLevels = 8;
+  while (pugi::xml_node child = element.first_child()) {
+    const pugi::xml_node next = child.next_sibling();
+    const std::ptrdiff_t start = child.offset_debug();
+    const std::ptrdiff_t childEnd = next ? next.offset_debug() : end;
+    if (start >= 0 && childEnd > start && childEnd - start <= kShallowBytes) {
+      element.remove_child(child);
+    } else if (start >= 0 && childEnd > start && level < kSplitLevels) {
+      ReleaseElement(element, child, childEnd, level + 1);
+    } else {
+      RemoveLeavesFirst(element, child);
+    }
+  }
+  parent.remove_child(element);
+}
+
+// Whether a SectionRelease lives on this thread.
+thread_local bool sectionReleaseAllowed = false;
+
 }  // namespace
+
+SectionRelease::SectionRelease() : previous_(sectionReleaseAllowed) { sectionReleaseAllowed = true; }
+SectionRelease::~SectionRelease() { sectionReleaseAllowed = previous_; }
+bool SectionRelease::Allowed() noexcept { return sectionReleaseAllowed; }
 
 std::shared_ptr<TargetItem> TargetItem::Create() {
   std::shared_ptr<TargetItem> target(new TargetItem());
@@ -269,21 +319,35 @@ void TargetItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
 
   Parametres_->loadXml(target);
 
+  // Each section is read from its own element only, and nothing reads it again afterwards, so
+  // when the DOM is the facade's own its elements are taken out once read: the memory they held
+  // goes back to the heap and the items of the next sections are built in it, instead of the
+  // DOM and the whole model being held at the same time.
+  const bool releasing = SectionRelease::Allowed();
+  auto release = [&target, releasing](pugi::xml_node section) {
+    if (!releasing) return;
+    const pugi::xml_node next = section.next_sibling();
+    ReleaseElement(target, section, next ? next.offset_debug() : -1);
+  };
   if (pugi::xml_node node = xml::Child(target, "Datas")) {
     if (!datas_) datas_ = std::make_shared<DataItems>();
     datas_->loadXml(odoc, node, self);
+    release(node);
   }
   if (pugi::xml_node node = xml::Child(target, "Requests")) {
     if (!Requests_) Requests_ = std::make_shared<RequestItems>();
     Requests_->loadXml(odoc, node, self);
+    release(node);
   }
   if (pugi::xml_node node = xml::Child(target, "Devices")) {
     if (!Organes_) Organes_ = std::make_shared<OrganeItems>();
     Organes_->loadXml(odoc, node, self);
+    release(node);
   }
   if (pugi::xml_node node = xml::Child(target, "ds:Categories")) {
     if (!Categories_) Categories_ = std::make_shared<CategoryItems>();
     Categories_->loadXml(odoc, node, self);
+    release(node);
   }
   if (pugi::xml_node node = xml::Child(target, "AutoIdents")) {
     if (!AutoIdents_) AutoIdents_ = std::make_shared<AutoIdentItems>();

@@ -1,12 +1,15 @@
 // The shortcuts taken to load, look up and release large documents quickly keep the behaviour
 // of the straightforward forms: case-blind keys without folded copies, clearing a collection in
-// one pass, reading and parsing a file in place, and the OBD index used while devices load.
+// one pass, reading and parsing a file in place, the OBD index used while devices load, the
+// quick readings of plain numbers and of plain text, and the release of each section of the
+// DOM once an import has read it.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/document_io.hpp"
@@ -123,17 +126,19 @@ TEST(LoadSpeedupsTest, ClearingCallsEveryItemsClearOnceInOrder) {
   }
 }
 
-TEST(LoadSpeedupsTest, ClearingALargeCollectionTakesLinearTime) {
-  // Removing the first entry again and again would move every remaining entry each time: with
-  // 200000 items that is billions of moves, far beyond this bound.
+TEST(LoadSpeedupsTest, ClearingALargeCollectionReleasesEveryItemInOneGo) {
+  // The collection is emptied at once rather than by removing its first entry again and again
+  // (which would move every remaining entry each time); its cost is measured by the benchmark.
   TessalyLibXml facade;
   std::shared_ptr<TargetItem> target = facade.NewTarget();
   for (int i = 0; i < 200000; ++i) target->datas()->Add("D" + std::to_string(i));
-  const auto start = std::chrono::steady_clock::now();
+  std::weak_ptr<DataItem> first = target->datas()->Item(1);
+  std::weak_ptr<DataItem> last = target->datas()->Item(200000);
   target->datas()->clear();
-  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   EXPECT_EQ(target->datas()->Count(), 0);
-  EXPECT_LT(seconds, 2.0);
+  EXPECT_TRUE(first.expired());
+  EXPECT_TRUE(last.expired());
+  EXPECT_EQ(target->datas()->ItemName("D7"), nullptr);
 }
 
 TEST(LoadSpeedupsTest, FileReadInPlaceLoadsLikeTheCopyingPath) {
@@ -262,6 +267,117 @@ TEST(LoadSpeedupsTest, CodesOfDevicesHeldBeforeTheLoadCount) {
   target->Organes()->loadXml(doc, doc.child("Devices"), target);
   EXPECT_EQ(target->Organes()->ItemName("First")->Tests()->ItemType(1)->OBD(), 0);
   EXPECT_EQ(target->Organes()->GetDevicesTestWithObd(300), held->Tests()->ItemType(5));
+}
+
+TEST(LoadSpeedupsTest, PlainDigitsReadAsIntegersLikeEveryOtherForm) {
+  const std::vector<std::pair<std::string, std::int32_t>> values = {
+      {"0", 0},          {"-0", 0},           {"7", 7},         {"007", 7},         {"-12", -12},
+      {"123456789", 123456789}, {"-123456789", -123456789}, {"1234567890", 1234567890},
+      {"2147483647", 2147483647}, {"-2147483648", -2147483647 - 1}, {"+5", 5}, {" 42", 42},
+      {"42 ", 42},       {"2.5", 2},          {"3.5", 4},       {"-2.6", -3}};
+  for (const auto& [text, value] : values) EXPECT_EQ(ToInt32(text), value) << "'" << text << "'";
+  for (const std::string text : {"", "-", "--1", "12a", "1 2", "0x10"})
+    EXPECT_THROW(ToInt32(text), Error) << "'" << text << "'";
+  EXPECT_THROW(ToInt32("2147483648"), Error);
+  EXPECT_THROW(ToInt32("-99999999999"), Error);
+}
+
+TEST(LoadSpeedupsTest, ZeroAndOneReadAsBooleansLikeEveryOtherForm) {
+  EXPECT_FALSE(ToBool("0"));
+  EXPECT_TRUE(ToBool("1"));
+  EXPECT_TRUE(ToBool(" 1 "));
+  EXPECT_FALSE(ToBool("0.0"));
+  EXPECT_TRUE(ToBool("-1"));
+  EXPECT_TRUE(ToBool("True"));
+  EXPECT_FALSE(ToBool("FALSE"));
+  EXPECT_THROW(ToBool("01x"), Error);
+}
+
+TEST(LoadSpeedupsTest, EveryPositionOfALongTextIsCheckedForForbiddenBytes) {
+  // Runs of allowed text (letters, tabs, line feeds) around one offending byte, at every offset
+  // across several sixteen-byte steps.
+  const std::string base = "abc\tdefgh\nijklmnopqrstuvw\txyzABCDEFGHIJKLMNOPQRSTUVW";
+  for (std::size_t at = 0; at < base.size(); ++at) {
+    std::string reason;
+    std::string clean = base;
+    EXPECT_TRUE(io::DecodeToUtf8InPlace(clean, reason)) << at;
+
+    std::string control = base;
+    control[at] = '\x01';
+    ASSERT_FALSE(io::DecodeToUtf8InPlace(control, reason)) << at;
+    EXPECT_NE(reason.find("control character 1 at line "), std::string::npos) << reason;
+
+    std::string invalid = base;
+    invalid[at] = '\xFF';
+    ASSERT_FALSE(io::DecodeToUtf8InPlace(invalid, reason)) << at;
+    EXPECT_NE(reason.find("invalid UTF-8 byte sequence at line "), std::string::npos) << reason;
+
+    std::string accented = base;
+    accented.replace(at, 1, "\xC3\xA9");
+    EXPECT_TRUE(io::DecodeToUtf8InPlace(accented, reason)) << at << ": " << reason;
+  }
+  std::string text(40, 'a');
+  text[33] = '\x1B';
+  std::string reason;
+  EXPECT_FALSE(io::DecodeToUtf8InPlace(text, reason));
+  EXPECT_EQ(reason, "control character 27 at line 1, column 34");
+}
+
+TEST(LoadSpeedupsTest, TargetLoadedFromTheCallersDocumentLeavesItWhole) {
+  const std::string document = bench::GenerateEcuDocument(8, bench::EcuShape{2});
+  pugi::xml_document doc;
+  ParseText(doc, document);
+  std::ostringstream before;
+  doc.save(before, "", pugi::format_raw);
+  TessalyLibXml facade;
+  std::shared_ptr<TargetItem> target = facade.NewTarget();
+  target->loadXml(doc, doc.document_element());
+  EXPECT_GT(target->datas()->Count(), 0);
+  EXPECT_GT(target->Categories()->Count(), 0);
+  std::ostringstream after;
+  doc.save(after, "", pugi::format_raw);
+  EXPECT_EQ(after.str(), before.str());
+}
+
+TEST(LoadSpeedupsTest, ImportReleasingItsSectionsGivesTheSameModelAsALoadThatKeepsThem) {
+  const std::string document = bench::GenerateEcuDocument(9, bench::EcuShape{3});
+  pugi::xml_document doc;
+  ParseText(doc, document);
+  TessalyLibXml direct;
+  std::shared_ptr<TargetItem> kept = direct.NewTarget();
+  kept->loadXml(doc, doc.document_element());
+  direct.set_ActiveTarget(kept);
+
+  TessalyLibXml facade;
+  facade.ImportUceFromText(document);
+  EXPECT_EQ(facade.ExportUceToText(), document);
+  EXPECT_EQ(facade.ExportUceToText(), direct.ExportUceToText());
+}
+
+TEST(LoadSpeedupsTest, DeepAndLongElementsInsideASectionAreReleasedWithoutDeepRecursion) {
+  // An element nested 200000 levels deep and one holding more than a page of text, between the
+  // data of the section: neither is read, both are freed with the section.
+  std::string document = bench::GenerateEcuDocument(10, bench::EcuShape{1});
+  TessalyLibXml reference;
+  reference.ImportUceFromText(document);
+  const std::int32_t datas = reference.ActiveTarget()->datas()->Count();
+
+  constexpr int kLevels = 200000;
+  std::string deep;
+  deep.reserve(kLevels * 7 + 64);
+  for (int i = 0; i < kLevels; ++i) deep += "<n>";
+  for (int i = 0; i < kLevels; ++i) deep += "</n>";
+  std::string wide = "<w>";
+  for (int i = 0; i < 2000; ++i) wide += "<v a=\"1\"><u>text</u></v>";
+  wide += "</w>";
+  const std::size_t datasAt = document.find("<Datas>");
+  ASSERT_NE(datasAt, std::string::npos);
+  document.insert(datasAt + 7, deep + wide);
+
+  TessalyLibXml facade;
+  facade.ImportUceFromText(document);
+  EXPECT_EQ(facade.ActiveTarget()->datas()->Count(), datas);
+  EXPECT_EQ(facade.ExportUceToText(), reference.ExportUceToText());
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
-// Long lists load in time that grows with their length, not with its square, and the duplicate
-// refusals that the readers decide quickly stay exactly those of the collections' AddData.
+// Long lists load whole, and the duplicate refusals that the readers decide with hash sets stay
+// exactly those of the collections' AddData. (How the load time grows with the length of such
+// lists is measured by the benchmark, not here: a reading that compared every element with every
+// earlier one would make these tests run for minutes.)
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -13,21 +14,16 @@ namespace tessaly::testing {
 namespace {
 
 constexpr int kLong = 200000;
-// Far above what a linear reading takes, even under the sanitizers; a reading that compares
-// every element with every earlier one needs minutes for these lists.
-constexpr double kSecondsAllowed = 60.0;
 
 class LargeDocumentTest : public ::testing::Test {
  protected:
-  // Imports `document`, and returns how long the import took.
-  double TimedImport(const std::string& document) {
-    auto start = std::chrono::steady_clock::now();
+  // Imports `document`. Some documents below end with a refusal on purpose; the tests look at
+  // what loaded and at the diagnostics.
+  void Import(const std::string& document) {
     try {
       f.lib.ImportUceFromText(document);
     } catch (const Error&) {
-      // Some documents below end with a refusal on purpose; the tests look at what loaded.
     }
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   }
   std::vector<std::string> DiagnosticReasons() const {
     std::vector<std::string> out;
@@ -44,39 +40,38 @@ std::string Numbered(const std::string& before, const std::string& after) {
   return out;
 }
 
-TEST_F(LargeDocumentTest, RequestPlacingManyDistinctDataLoadsInLinearTime) {
+TEST_F(LargeDocumentTest, RequestPlacingManyDistinctDataKeepsEveryPlacementAndRefusesTheRepeat) {
   const std::string document =
       EcuFrame("<Datas>\n" + Numbered("<Data Name=\"D", "\"/>\n") + "</Datas>\n<Requests Endian=\"Big\">\n" +
                "<Request Name=\"R\"><Received>" + Numbered("<DataItem Name=\"D", "\" FirstByte=\"2\"/>") +
                "<DataItem Name=\"D0\" FirstByte=\"3\"/></Received></Request>\n</Requests>\n");
-  EXPECT_LT(TimedImport(document), kSecondsAllowed);
+  Import(document);
   EXPECT_EQ(f.lib.ActiveTarget()->Requests()->ItemName("R")->DataPositions()->Count(), kLong);
   // The repeated name at the end is refused as AddData refuses it.
   EXPECT_EQ(DiagnosticReasons(),
             std::vector<std::string>{"Duplicate Data, a data can be used only one time in the same request"});
 }
 
-TEST_F(LargeDocumentTest, ManyDistinctCategoriesLoadInLinearTime) {
+TEST_F(LargeDocumentTest, ManyDistinctCategoriesAreAllKeptAndTheRepeatRefused) {
   const std::string document = EcuFrame("<ds:Categories>\n" + Numbered("<Category Name=\"C", "\">\n</Category>") +
                                         "<Category Name=\"C0\">\n</Category></ds:Categories>");
-  EXPECT_LT(TimedImport(document), kSecondsAllowed);
+  Import(document);
   EXPECT_EQ(f.lib.ActiveTarget()->Categories()->Count(), kLong);
   EXPECT_EQ(DiagnosticReasons(), std::vector<std::string>{"Duplicate category"});
 }
 
-TEST_F(LargeDocumentTest, ValueListOfManyDistinctEntriesLoadsInLinearTime) {
+TEST_F(LargeDocumentTest, ValueListOfManyEntriesKeepsTheDistinctOnesAndRefusesRepeatedLabels) {
   const std::string document = EcuFrame("<Datas>\n<Data Name=\"D\">\n<Bits count=\"32\">\n<List>\n" +
                                         Numbered("<Item Value=\"", "\" Text=\"T\"/>") +
                                         "</List>\n</Bits>\n</Data>\n</Datas>\n");
   // Every entry has the label T: all but the first are refused as duplicate labels.
-  EXPECT_LT(TimedImport(document), kSecondsAllowed);
+  Import(document);
   EXPECT_EQ(f.lib.ActiveTarget()->datas()->ItemName("D")->DataListes()->Count(), 1);
 
   std::string distinct;
   for (int i = 0; i < kLong; ++i) distinct += "<Item Value=\"" + std::to_string(i) + "\" Text=\"T" + std::to_string(i) + "\"/>";
-  EXPECT_LT(TimedImport(EcuFrame("<Datas>\n<Data Name=\"D\">\n<Bits count=\"32\">\n<List>\n" + distinct +
-                                 "</List>\n</Bits>\n</Data>\n</Datas>\n")),
-            kSecondsAllowed);
+  Import(EcuFrame("<Datas>\n<Data Name=\"D\">\n<Bits count=\"32\">\n<List>\n" + distinct +
+                  "</List>\n</Bits>\n</Data>\n</Datas>\n"));
   EXPECT_EQ(f.lib.ActiveTarget()->datas()->ItemName("D")->DataListes()->Count(), kLong);
 }
 
