@@ -327,7 +327,7 @@ class SampleBuilder {
 
   // --- Devices and their failure tests ---
 
-  struct TestSpec {
+  struct TestShape {
     std::int32_t type;
     std::int32_t obd;
     std::int32_t severity;
@@ -337,7 +337,7 @@ class SampleBuilder {
 
   void Device(const std::string& name, const std::string& mnemonic, std::int32_t type, std::int32_t dtc,
               std::int32_t obd, const std::string& value, const std::string& status,
-              std::initializer_list<TestSpec> tests) {
+              std::initializer_list<TestShape> tests) {
     std::shared_ptr<RequestItem> freezeFrame = target_->Requests()->ItemName("ReadSensorStatus");
     std::shared_ptr<OrganeItem> device = target_->Organes()->Add(name, mnemonic, dtc, obd);
     device->set_parent(target_);
@@ -353,13 +353,13 @@ class SampleBuilder {
 
     // The status data both tells that the failure is stored and that it is present.
     std::shared_ptr<DataPositionItem> placement = freezeFrame->DataPositions()->ItemName(status);
-    for (const TestSpec& spec : tests) {
-      std::shared_ptr<TestItem> test = device->Tests()->Add(spec.type);
+    for (const TestShape& shape : tests) {
+      std::shared_ptr<TestItem> test = device->Tests()->Add(shape.type);
       test->set_parent(device);
-      test->set_OBD(spec.obd);
-      test->set_Severity(spec.severity);
-      test->set_Autocheck(spec.autocheck);
-      test->set_Description(std::string(spec.description));
+      test->set_OBD(shape.obd);
+      test->set_Severity(shape.severity);
+      test->set_Autocheck(shape.autocheck);
+      test->set_Description(std::string(shape.description));
       test->StoredFlag().Append(placement, "k" + status);
       test->PresentFlag().Append(placement, "k" + status);
     }
