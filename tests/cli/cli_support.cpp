@@ -39,6 +39,10 @@ std::string SamplePath(const std::string& name) {
   return (std::filesystem::path(TESSALY_TEST_DOCUMENTS).parent_path().parent_path() / "examples" / name).string();
 }
 
+std::string LoadingWarning(const std::string& location) {
+  return "warning: TessalyDatabase: Loading url : " + location + "\n";
+}
+
 std::string ReplaceOnce(const std::string& text, const std::string& from, const std::string& to) {
   std::size_t at = text.find(from);
   if (at == std::string::npos) {

@@ -21,6 +21,10 @@ CommandResult RunTessaly(const std::vector<std::string>& args);
 // The path of a sample document of the examples folder ("engine-ecu.xml").
 std::string SamplePath(const std::string& name);
 
+// The warning every document load prints on standard error, with its line feed:
+// "warning: TessalyDatabase: Loading url : LOCATION".
+std::string LoadingWarning(const std::string& location);
+
 // `text` with its first `from` replaced by `to`; a test failure when `from` does not occur.
 std::string ReplaceOnce(const std::string& text, const std::string& from, const std::string& to);
 

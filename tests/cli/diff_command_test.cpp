@@ -14,12 +14,12 @@ namespace {
 using Json = nlohmann::json;
 using testing::ReadFileBytes;
 using testing::ReplaceOnce;
+using testing::LoadingWarning;
 using testing::RunTessaly;
 using testing::SamplePath;
 using testing::TempDir;
 using testing::WriteFileBytes;
 
-std::string LoadingWarning(const std::string& path) { return "warning: TessalyDatabase: Loading url : " + path + "\n"; }
 
 // Every start tag with its attributes in the reverse order.
 std::string ReverseAttributes(const std::string& text) {

@@ -13,6 +13,7 @@ namespace tessaly {
 namespace {
 
 using testing::ReadFileBytes;
+using testing::LoadingWarning;
 using testing::RunTessaly;
 using testing::SamplePath;
 using testing::TempDir;
@@ -23,10 +24,6 @@ using testing::WriteFileBytes;
 // is shown, sent by the init button and by the button Restart, and is both devices'
 // freeze-frame request; Reset has a request display and a step.
 const std::string kDocument = std::string(TESSALY_TEST_DOCUMENTS) + "/cli/xref-ecu.xml";
-
-std::string Loading(const std::string& location) {
-  return "warning: TessalyDatabase: Loading url : " + location + "\n";
-}
 
 bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
@@ -57,7 +54,7 @@ class EditCommandsTest : public ::testing::Test {
 TEST_F(EditCommandsTest, RenameDataUpdatesEveryUserAndSavesToTheOutput) {
   auto r = RunTessaly({"rename-data", kDocument, "Speed", "Velocity", "-o", out});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.err, Loading(kDocument));
+  EXPECT_EQ(r.err, LoadingWarning(kDocument));
   EXPECT_EQ(r.out,
             "Renamed data Speed to Velocity\n"
             "  data positions updated: 2\n"
@@ -112,7 +109,7 @@ TEST_F(EditCommandsTest, RenameDataToATakenNameRefusesAndWritesNothing) {
   auto r = RunTessaly({"rename-data", kDocument, "Speed", "Temp", "-o", out});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, Loading(kDocument) + "error 1: DataItems.rename: Duplicate data (Temp)\n");
+  EXPECT_EQ(r.err, LoadingWarning(kDocument) + "error 1: DataItems.rename: Duplicate data (Temp)\n");
   EXPECT_FALSE(std::filesystem::exists(out));
 }
 
@@ -120,7 +117,7 @@ TEST_F(EditCommandsTest, RefusalLeavesAnExistingOutputAsItWas) {
   WriteFileBytes(out, "earlier bytes");
   auto r = RunTessaly({"rename-data", kDocument, "Speed", "TEMP", "-o", out});
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, Loading(kDocument) + "error 1: DataItems.rename: Duplicate data (TEMP)\n");
+  EXPECT_EQ(r.err, LoadingWarning(kDocument) + "error 1: DataItems.rename: Duplicate data (TEMP)\n");
   EXPECT_EQ(ReadFileBytes(out), "earlier bytes");
 }
 
@@ -128,7 +125,7 @@ TEST_F(EditCommandsTest, RefusalInPlaceLeavesTheInputAsItWas) {
   const std::string copy = Copy();
   auto r = RunTessaly({"rename-request", copy, "Reset", "ReadValues", "--in-place"});
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, Loading(copy) + "error 1: RequestItems.rename: Duplicate request (ReadValues)\n");
+  EXPECT_EQ(r.err, LoadingWarning(copy) + "error 1: RequestItems.rename: Duplicate request (ReadValues)\n");
   EXPECT_EQ(ReadFileBytes(copy), original);
 }
 
@@ -183,7 +180,7 @@ TEST_F(EditCommandsTest, EmptyOutputNameIsAUsageError) {
 TEST_F(EditCommandsTest, RenameRequestUpdatesDisplaysAndStepsButNotDevices) {
   auto r = RunTessaly({"rename-request", kDocument, "ReadValues", "ReadAll", "-o", out});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.err, Loading(kDocument));
+  EXPECT_EQ(r.err, LoadingWarning(kDocument));
   EXPECT_EQ(r.out,
             "Renamed request ReadValues to ReadAll\n"
             "  data displays updated: 2\n"
@@ -239,7 +236,7 @@ TEST_F(EditCommandsTest, RenameDeviceToATakenNameRefuses) {
   auto r = RunTessaly({"rename-device", kDocument, "Pump", "Fan", "-o", out});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, Loading(kDocument) + "error 1: OrganeItems.rename: Duplicate device (Fan)\n");
+  EXPECT_EQ(r.err, LoadingWarning(kDocument) + "error 1: OrganeItems.rename: Duplicate device (Fan)\n");
   EXPECT_FALSE(std::filesystem::exists(out));
 }
 
@@ -248,7 +245,7 @@ TEST_F(EditCommandsTest, RenameDeviceToATakenNameRefuses) {
 TEST_F(EditCommandsTest, DeleteDataRemovesItsPlacementsDisplaysAndDeviceLink) {
   auto r = RunTessaly({"delete-data", kDocument, "Speed", "-o", out});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.err, Loading(kDocument));
+  EXPECT_EQ(r.err, LoadingWarning(kDocument));
   EXPECT_EQ(r.out,
             "Deleted data Speed\n"
             "  data positions removed: 2\n"
@@ -306,7 +303,7 @@ TEST_F(EditCommandsTest, SampleDeleteOfALinkedAndFlaggedDataSaysWhatIsLeft) {
 TEST_F(EditCommandsTest, DeleteRequestRemovesItsUsersAndClearsFreezeFrames) {
   auto r = RunTessaly({"delete-request", kDocument, "ReadValues", "-o", out});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.err, Loading(kDocument));
+  EXPECT_EQ(r.err, LoadingWarning(kDocument));
   EXPECT_EQ(r.out,
             "Deleted request ReadValues\n"
             "  data positions removed: 3\n"
@@ -413,7 +410,7 @@ TEST_F(EditCommandsTest, UnknownNameIsAnErrorNamingItAndWritesNothing) {
     auto r = RunTessaly(Args(command, kDocument, {"-o", out}));
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
-    EXPECT_EQ(r.err, Loading(kDocument) + "error 1: tessaly." + command.name + ": no " + command.what + " named '" +
+    EXPECT_EQ(r.err, LoadingWarning(kDocument) + "error 1: tessaly." + command.name + ": no " + command.what + " named '" +
                          command.names[0] + "'\n");
     EXPECT_FALSE(std::filesystem::exists(out));
   }
@@ -450,7 +447,7 @@ TEST_F(EditCommandsTest, ImportErrorExitsOneAndWritesNothing) {
   auto r = RunTessaly({"delete-data", bad, "Speed", "-o", out});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, Loading(bad) + "error 1: loadXml: Bad xml file, Target Name not found\n");
+  EXPECT_EQ(r.err, LoadingWarning(bad) + "error 1: loadXml: Bad xml file, Target Name not found\n");
   EXPECT_FALSE(std::filesystem::exists(out));
 }
 
@@ -459,7 +456,7 @@ TEST_F(EditCommandsTest, FailedSaveExitsOneWithTheWarningAndTheReason) {
   auto r = RunTessaly({"rename-device", kDocument, "Pump", "FuelPump", "-o", nowhere});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, Loading(kDocument) +
+  EXPECT_EQ(r.err, LoadingWarning(kDocument) +
                        "warning: ExportParametersToXml: Save error (number : 2)\n"
                        "error 2: ExportUceToXml: cannot write '" + nowhere + "': No such file or directory\n");
 }

@@ -16,6 +16,7 @@ namespace {
 
 using Json = nlohmann::json;
 using testing::ReadFileBytes;
+using testing::LoadingWarning;
 using testing::RunTessaly;
 using testing::SamplePath;
 using testing::TempDir;
@@ -28,7 +29,6 @@ std::string SchemaPath() {
       .string();
 }
 
-std::string LoadingWarning(const std::string& path) { return "warning: TessalyDatabase: Loading url : " + path + "\n"; }
 
 // The item of `array` whose `property` is `value`; a test failure and null when there is none.
 Json ItemWith(const Json& array, const std::string& property, const Json& value) {

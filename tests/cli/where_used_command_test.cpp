@@ -9,6 +9,7 @@
 namespace tessaly {
 namespace {
 
+using testing::LoadingWarning;
 using testing::RunTessaly;
 using testing::SamplePath;
 using testing::TempDir;
@@ -19,14 +20,10 @@ using testing::WriteFileBytes;
 // requests are shown, sent by an init button and a button, and are freeze-frame requests.
 const std::string kDocument = std::string(TESSALY_TEST_DOCUMENTS) + "/cli/xref-ecu.xml";
 
-std::string Loading(const std::string& location) {
-  return "warning: TessalyDatabase: Loading url : " + location + "\n";
-}
-
 TEST(WhereUsedCommandTest, DataListsPlacementsDisplaysAndDeviceLinks) {
   auto r = RunTessaly({"where-used", kDocument, "--data", "Speed"});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.err, Loading(kDocument));
+  EXPECT_EQ(r.err, LoadingWarning(kDocument));
   EXPECT_EQ(r.out,
             "Data Speed\n"
             "Data positions: 2\n"
@@ -79,7 +76,7 @@ TEST(WhereUsedCommandTest, UnusedDataListsNothing) {
 TEST(WhereUsedCommandTest, RequestListsDisplaysStepsAndFreezeFrameDevices) {
   auto r = RunTessaly({"where-used", kDocument, "--request", "ReadValues"});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.err, Loading(kDocument));
+  EXPECT_EQ(r.err, LoadingWarning(kDocument));
   EXPECT_EQ(r.out,
             "Request ReadValues\n"
             "Data displays: 2\n"
@@ -165,7 +162,7 @@ TEST(WhereUsedCommandTest, SampleDataPlacedInTwoRequestsIsShownThroughBoth) {
   const std::string sample = SamplePath("engine-ecu.xml");
   auto r = RunTessaly({"where-used", sample, "--data", "EngineSpeed"});
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(r.err, Loading(sample));
+  EXPECT_EQ(r.err, LoadingWarning(sample));
   EXPECT_EQ(r.out,
             "Data EngineSpeed\n"
             "Data positions: 2\n"
@@ -190,14 +187,14 @@ TEST(WhereUsedCommandTest, UnknownDataIsAnErrorNamingIt) {
   auto r = RunTessaly({"where-used", kDocument, "--data", "Torque"});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, Loading(kDocument) + "error 1: tessaly.where-used: no data named 'Torque'\n");
+  EXPECT_EQ(r.err, LoadingWarning(kDocument) + "error 1: tessaly.where-used: no data named 'Torque'\n");
 }
 
 TEST(WhereUsedCommandTest, UnknownRequestIsAnErrorNamingIt) {
   auto r = RunTessaly({"where-used", kDocument, "--request", "Speed"});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, Loading(kDocument) + "error 1: tessaly.where-used: no request named 'Speed'\n");
+  EXPECT_EQ(r.err, LoadingWarning(kDocument) + "error 1: tessaly.where-used: no request named 'Speed'\n");
 }
 
 TEST(WhereUsedCommandTest, NeitherDataNorRequestIsAUsageError) {
@@ -223,7 +220,7 @@ TEST(WhereUsedCommandTest, ImportErrorExitsOneWithoutAList) {
   auto r = RunTessaly({"where-used", bad, "--data", "Speed"});
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.out, "");
-  EXPECT_EQ(r.err, Loading(bad) + "error 1: loadXml: Bad xml file, Target Name not found\n");
+  EXPECT_EQ(r.err, LoadingWarning(bad) + "error 1: loadXml: Bad xml file, Target Name not found\n");
 }
 
 }  // namespace
