@@ -18,6 +18,7 @@
 #include <mutex>
 #include <sstream>
 
+#include "common/xml_text_writer.hpp"
 #include "tessaly/common/convert.hpp"
 #include "tessaly/common/error.hpp"
 
@@ -484,6 +485,22 @@ std::string Serialize(const pugi::xml_document& doc, std::string_view encoding) 
 
 namespace {
 
+std::string WriteUtf8(const XmlWriting& write) {
+  xml::TextWriter writer;
+  write(writer.Document());
+  return std::move(writer.Finish());
+}
+
+}  // namespace
+
+std::string Serialize(const XmlWriting& write, std::string_view encoding) {
+  std::string utf8 = WriteUtf8(write);
+  if (IsUtf8Name(encoding)) return utf8;
+  return Encode(utf8, std::string(encoding));
+}
+
+namespace {
+
 // Writes everything to `fd`, retrying interrupted writes; returns 0 or the error number.
 int WriteAll(int fd, const char* data, std::size_t size) {
   std::size_t written = 0;
@@ -496,32 +513,18 @@ int WriteAll(int fd, const char* data, std::size_t size) {
   return 0;
 }
 
-// Passes pugixml's output to a file through a buffer, keeping the first write error.
-class FileWriter : public pugi::xml_writer {
+// Passes text to a file, keeping the first write error.
+class FileWriter {
  public:
-  explicit FileWriter(int fd) : fd_(fd) { buffer_.reserve(kBufferSize); }
-  void write(const void* data, std::size_t size) override {
-    if (error_ != 0) return;
-    const char* bytes = static_cast<const char*>(data);
-    if (buffer_.size() + size > kBufferSize) Flush();
-    if (size >= kBufferSize) {
-      if (error_ == 0) error_ = WriteAll(fd_, bytes, size);
-      return;
-    }
-    buffer_.append(bytes, size);
+  explicit FileWriter(int fd) : fd_(fd) {}
+  void Write(std::string_view text) {
+    if (error_ == 0) error_ = WriteAll(fd_, text.data(), text.size());
   }
-  // Writes what is buffered; returns 0 or the first error number.
-  int Flush() {
-    if (error_ == 0 && !buffer_.empty()) error_ = WriteAll(fd_, buffer_.data(), buffer_.size());
-    buffer_.clear();
-    return error_;
-  }
+  int error() const { return error_; }
 
  private:
-  static constexpr std::size_t kBufferSize = 1 << 20;
   int fd_;
   int error_ = 0;
-  std::string buffer_;
 };
 
 // Writes a file at `path` atomically: `fill` writes the content into the descriptor of a
@@ -562,20 +565,32 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes) {
   ReplaceFile(path, [&](int fd) { return WriteAll(fd, bytes.data(), bytes.size()); });
 }
 
-void SaveDocumentAtomically(const std::string& path, const pugi::xml_document& doc, std::string_view encoding) {
-  if (!IsUtf8Name(encoding)) {
-    WriteFileAtomically(path, Serialize(doc, encoding));
-    return;
-  }
-  // UTF-8 needs no conversion: the text goes to the file as pugixml produces it.
-  ReplaceFile(path, [&](int fd) {
-    FileWriter writer(fd);
-    for (pugi::xml_node node = doc.first_child(); node; node = node.next_sibling()) {
-      node.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
-      writer.write("\r\n", 2);
+std::optional<Error> SaveAtomically(const std::string& path, const XmlWriting& write, std::string_view encoding) {
+  bool writing = false;
+  try {
+    if (!IsUtf8Name(encoding)) {
+      writing = true;
+      std::string utf8 = WriteUtf8(write);
+      writing = false;
+      WriteFileAtomically(path, Encode(utf8, std::string(encoding)));
+      return std::nullopt;
     }
-    return writer.Flush();
-  });
+    // UTF-8 needs no conversion: the text goes to the file as it is written, a megabyte at a
+    // time, and the whole text is never held.
+    ReplaceFile(path, [&](int fd) {
+      FileWriter file(fd);
+      xml::TextWriter writer([&](std::string_view text) { file.Write(text); });
+      writing = true;
+      write(writer.Document());
+      writer.Finish();
+      writing = false;
+      return file.error();
+    });
+  } catch (const Error& error) {
+    if (writing) throw;
+    return error;
+  }
+  return std::nullopt;
 }
 
 void LineColumn(std::string_view text, std::size_t offset, std::size_t& line, std::size_t& column) {

@@ -1,5 +1,5 @@
-// Reading ECU and parameter documents from a file path or URL into the DOM, and writing a DOM to
-// a file in a chosen encoding. Every failure comes back as a reason text that says what went
+// Reading ECU and parameter documents from a file path or URL into the DOM, and writing documents
+// to a file in a chosen encoding. Every failure comes back as a reason text that says what went
 // wrong and where, for the "Bad xml file, Reason=..." family of messages.
 #ifndef TESSALY_SRC_COMMON_DOCUMENT_IO_HPP_
 #define TESSALY_SRC_COMMON_DOCUMENT_IO_HPP_
@@ -7,8 +7,13 @@
 #include <pugixml.hpp>
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "tessaly/common/error.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly::io {
 
@@ -48,15 +53,23 @@ bool LoadDocumentInPlace(pugi::xml_document& doc, std::string& text, const std::
 // encoding is unknown or a character cannot be written at all (in a name or a comment).
 std::string Serialize(const pugi::xml_document& doc, std::string_view encoding);
 
+// Writes a document into the sink it is given (the document node of a text sink).
+using XmlWriting = std::function<void(xml::Out document)>;
+
+// The document that `write` writes, as text in `encoding`: the same text as Serialize gives for
+// a DOM holding what `write` wrote, made without the DOM.
+std::string Serialize(const XmlWriting& write, std::string_view encoding);
+
 // Writes `bytes` to `path` atomically: a temporary file beside it is written, flushed and
 // renamed over `path`. On failure `path` is unchanged, the temporary is removed, and an Error
 // is thrown whose number is the system's error number (errno) and whose description says what
 // failed.
 void WriteFileAtomically(const std::string& path, std::string_view bytes);
 
-// WriteFileAtomically(path, Serialize(doc, encoding)), without building the whole text first
-// when the encoding is UTF-8.
-void SaveDocumentAtomically(const std::string& path, const pugi::xml_document& doc, std::string_view encoding);
+// WriteFileAtomically(path, Serialize(write, encoding)), streaming the text to the file when
+// the encoding is UTF-8. What `write` throws comes through unchanged, with `path` untouched; a
+// failure to write the file (errno as its number) is returned instead of thrown.
+std::optional<Error> SaveAtomically(const std::string& path, const XmlWriting& write, std::string_view encoding);
 
 // 1-based line and column of byte `offset` in `text`.
 void LineColumn(std::string_view text, std::size_t offset, std::size_t& line, std::size_t& column);

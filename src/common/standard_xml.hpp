@@ -14,10 +14,10 @@ namespace tessaly {
 // Writes, for each item in order, a line feed and an `element` filled by the item; then one
 // more line feed (so an empty collection writes a single line feed).
 template <class Items>
-void WriteStandardItems(const Items& items, pugi::xml_document& odoc, pugi::xml_node parNode, const char* element) {
+void WriteStandardItems(const Items& items, xml::Out parNode, const char* element) {
   for (const auto& item : items) {
     xml::AppendLf(parNode);
-    item->createXMLnode(odoc, xml::AppendElement(parNode, element));
+    item->createXMLnode(xml::AppendElement(parNode, element));
   }
   xml::AppendLf(parNode);
 }

@@ -1,5 +1,6 @@
 #include "common/xml_util.hpp"
 
+#include <charconv>
 #include <cstring>
 
 #include "tessaly/common/convert.hpp"
@@ -112,31 +113,29 @@ std::string_view Required(pugi::xml_node node, const char* name) {
   return *value;
 }
 
-void AppendLf(pugi::xml_node parent) { parent.append_child(pugi::node_pcdata).set_value("\n"); }
+void AppendLf(Out parent) { parent.sink().AppendText(parent.handle(), "\n"); }
 
-void AppendCrLf(pugi::xml_node parent) { parent.append_child(pugi::node_pcdata).set_value("\r\n"); }
+void AppendCrLf(Out parent) { parent.sink().AppendText(parent.handle(), "\r\n"); }
 
-void AppendText(pugi::xml_node parent, std::string_view text) {
-  parent.append_child(pugi::node_pcdata).set_value(text.data(), text.size());
+void AppendText(Out parent, std::string_view text) { parent.sink().AppendText(parent.handle(), text); }
+
+void AppendCData(Out parent, std::string_view text) { parent.sink().AppendCData(parent.handle(), text); }
+
+Out AppendElement(Out parent, const char* name) {
+  return Out(parent.sink(), parent.sink().AppendElement(parent.handle(), name));
 }
 
-void AppendCData(pugi::xml_node parent, std::string_view text) {
-  parent.append_child(pugi::node_cdata).set_value(text.data(), text.size());
+void SetAttr(Out node, const char* name, std::string_view value) {
+  node.sink().SetAttribute(node.handle(), name, value);
 }
 
-pugi::xml_node AppendElement(pugi::xml_node parent, const char* name) { return parent.append_child(name); }
-
-void SetAttr(pugi::xml_node node, const char* name, std::string_view value) {
-  pugi::xml_attribute a = node.attribute(name);
-  if (!a) a = node.append_attribute(name);
-  a.set_value(value.data(), value.size());
+void SetAttr(Out node, const char* name, std::int32_t value) {
+  char digits[16];
+  auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  SetAttr(node, name, std::string_view(digits, static_cast<std::size_t>(end - digits)));
 }
 
-void SetAttr(pugi::xml_node node, const char* name, std::int32_t value) {
-  SetAttr(node, name, std::string_view(IntText(value)));
-}
-
-void SetBoolAttr(pugi::xml_node node, const char* name, bool value) {
+void SetBoolAttr(Out node, const char* name, bool value) {
   SetAttr(node, name, std::string_view(value ? "1" : "0"));
 }
 

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "tessaly/common/xml_out.hpp"
+
 namespace tessaly::xml {
 
 // The first child element named `name`, or an empty node.
@@ -47,22 +49,23 @@ bool ReadBool(pugi::xml_node node, const char* name, bool& out);
 // missing node) when it is missing.
 std::string_view Required(pugi::xml_node node, const char* name);
 
+// Writing, into a DOM node or a text sink (see xml_out.hpp).
 // Appends a text node holding one line feed.
-void AppendLf(pugi::xml_node parent);
+void AppendLf(Out parent);
 // Appends a text node holding carriage return + line feed.
-void AppendCrLf(pugi::xml_node parent);
+void AppendCrLf(Out parent);
 // Appends a text node.
-void AppendText(pugi::xml_node parent, std::string_view text);
+void AppendText(Out parent, std::string_view text);
 // Appends a CDATA section.
-void AppendCData(pugi::xml_node parent, std::string_view text);
+void AppendCData(Out parent, std::string_view text);
 // Appends an element and returns it.
-pugi::xml_node AppendElement(pugi::xml_node parent, const char* name);
+Out AppendElement(Out parent, const char* name);
 
-// Sets attribute `name`, appending it when the element does not have it yet.
-void SetAttr(pugi::xml_node node, const char* name, std::string_view value);
-void SetAttr(pugi::xml_node node, const char* name, std::int32_t value);
+// Sets attribute `name` (in a DOM, appended when the element does not have it yet).
+void SetAttr(Out node, const char* name, std::string_view value);
+void SetAttr(Out node, const char* name, std::int32_t value);
 // "1" or "0".
-void SetBoolAttr(pugi::xml_node node, const char* name, bool value);
+void SetBoolAttr(Out node, const char* name, bool value);
 
 }  // namespace tessaly::xml
 

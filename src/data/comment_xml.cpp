@@ -17,7 +17,7 @@ std::string ReadComment(pugi::xml_node node) {
   return std::string(TrimSpaces(LfToCrLf(text)));
 }
 
-void WriteComment(pugi::xml_node node, std::string_view comment) {
+void WriteComment(xml::Out node, std::string_view comment) {
   std::string_view trimmed = TrimSpaces(comment);
   if (trimmed.empty()) return;
   xml::AppendCData(xml::AppendElement(node, "Comment"), trimmed);

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "tessaly/common/xml_out.hpp"
+
 namespace tessaly::data {
 
 // The text of the Comment child of `node`, else of its first XML comment, with each line feed
@@ -16,7 +18,7 @@ std::string ReadComment(pugi::xml_node node);
 
 // When `comment` without surrounding spaces is not empty: appends a Comment element holding it
 // as a CDATA section, then a line feed.
-void WriteComment(pugi::xml_node node, std::string_view comment);
+void WriteComment(xml::Out node, std::string_view comment);
 
 }  // namespace tessaly::data
 

@@ -61,7 +61,7 @@ std::shared_ptr<DataItem> DataItem::clone(const std::shared_ptr<TargetItem>& par
   return copy;
 }
 
-void DataItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void DataItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Name", std::string_view(dataName_));
   xml::AppendLf(parNode);
 
@@ -76,26 +76,25 @@ void DataItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) c
   }
 
   if (numerique_) {
-    pugi::xml_node bits = xml::AppendElement(parNode, "Bits");
+    xml::Out bits = xml::AppendElement(parNode, "Bits");
     if (NumberBits_ != 8) xml::SetAttr(bits, "count", NumberBits_);
     if (Signe_) xml::SetAttr(bits, "signed", std::string_view("1"));
     xml::AppendLf(bits);
     if (liste_) {
       // An enumerated value is written without its scaling.
-      pugi::xml_node list = xml::AppendElement(bits, "List");
-      xml::AppendLf(bits);
-      if (DataListes_) DataListes_->createXMLnode(odoc, list);
+      xml::Out list = xml::AppendElement(bits, "List");
+      if (DataListes_) DataListes_->createXMLnode(list);
     } else {
-      pugi::xml_node scaled = xml::AppendElement(bits, "Scaled");
-      xml::AppendLf(bits);
+      xml::Out scaled = xml::AppendElement(bits, "Scaled");
       if (!Unite_.empty()) xml::SetAttr(scaled, "Unit", std::string_view(Unite_));
       if (CoeffA_ != 1.0) xml::SetAttr(scaled, "Step", std::string_view(NumberText(CoeffA_)));
       if (CoeffB_ != 0.0) xml::SetAttr(scaled, "Offset", std::string_view(NumberText(CoeffB_)));
       if (CoeffC_ != 1.0) xml::SetAttr(scaled, "DivideBy", std::string_view(NumberText(CoeffC_)));
       if (!DataFormat_.empty()) xml::SetAttr(scaled, "Format", std::string_view(DataFormat_));
     }
+    xml::AppendLf(bits);
   } else {
-    pugi::xml_node bytes = xml::AppendElement(parNode, "Bytes");
+    xml::Out bytes = xml::AppendElement(parNode, "Bytes");
     // Whole bytes as an integer ("3"), a part byte in its shortest decimal form ("1.5").
     xml::SetAttr(bytes, "count", std::string_view(NumberText(static_cast<double>(NumberBits_) / 8.0)));
     if (Ascii_) xml::SetAttr(bytes, "ascii", std::string_view("1"));
@@ -248,10 +247,10 @@ std::shared_ptr<DataItem> DataItems::ItemName(std::string_view name) const {
   return inner_.Find(key);
 }
 
-void DataItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void DataItems::createXMLnode(xml::Out parNode) const {
   for (const auto& item : inner_) {
     xml::AppendLf(parNode);
-    item->createXMLnode(odoc, xml::AppendElement(parNode, "Data"));
+    item->createXMLnode(xml::AppendElement(parNode, "Data"));
   }
 }
 

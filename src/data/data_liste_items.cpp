@@ -57,7 +57,7 @@ std::shared_ptr<DataListeItem> DataListeItem::clone(const std::shared_ptr<DataIt
   return copy;
 }
 
-void DataListeItem::createXMLnode(pugi::xml_document& /*odoc*/, pugi::xml_node parNode) const {
+void DataListeItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Value", Valeur_);
   xml::SetAttr(parNode, "Text", std::string_view(libelle_));
   if (!Info_.empty()) xml::AppendCData(parNode, Info_);
@@ -151,10 +151,10 @@ std::shared_ptr<DataListeItems> DataListeItems::clone(const std::shared_ptr<Data
   return copy;
 }
 
-void DataListeItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void DataListeItems::createXMLnode(xml::Out parNode) const {
   for (const auto& item : inner_) {
     xml::AppendLf(parNode);
-    item->createXMLnode(odoc, xml::AppendElement(parNode, "Item"));
+    item->createXMLnode(xml::AppendElement(parNode, "Item"));
   }
 }
 

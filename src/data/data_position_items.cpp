@@ -57,7 +57,7 @@ void DataPositionItem::set_data(const std::shared_ptr<DataItem>& value) {
   dataName_ = value->dataName();
 }
 
-void DataPositionItem::createXMLnode(pugi::xml_document& /*odoc*/, pugi::xml_node parNode) const {
+void DataPositionItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Name", std::string_view(dataName_));
   if (reference_) xml::SetAttr(parNode, "Ref", std::string_view("1"));
   xml::SetAttr(parNode, "FirstByte", StartOctet_);
@@ -115,19 +115,19 @@ std::shared_ptr<DataPositionItem> DataPositionItems::ItemName(std::string_view d
   return FindFirst([&](const DataPositionItem& item) { return item.dataName() == dataName; });
 }
 
-void DataPositionItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void DataPositionItems::createXMLnode(xml::Out parNode) const {
   for (const auto& item : inner_) {
-    pugi::xml_node element = xml::AppendElement(parNode, "DataItem");
-    item->createXMLnode(odoc, element);
+    xml::Out element = xml::AppendElement(parNode, "DataItem");
+    item->createXMLnode(element);
     if (item->param()) xml::SetAttr(element, "Param", std::string_view("1"));
     xml::AppendLf(parNode);
   }
 }
 
-void DataPositionItems::createXMLnodeType(pugi::xml_document& odoc, pugi::xml_node parNode, bool param) const {
+void DataPositionItems::createXMLnodeType(xml::Out parNode, bool param) const {
   for (const auto& item : inner_) {
     if (item->param() != param) continue;
-    item->createXMLnode(odoc, xml::AppendElement(parNode, "DataItem"));
+    item->createXMLnode(xml::AppendElement(parNode, "DataItem"));
     xml::AppendLf(parNode);
   }
 }

@@ -39,7 +39,7 @@ void RequestItem::clear() {
   parent_.reset();
 }
 
-void RequestItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node reqNode) const {
+void RequestItem::createXMLnode(xml::Out reqNode) const {
   xml::SetAttr(reqNode, "Name", std::string_view(requestName_));
   xml::AppendLf(reqNode);
 
@@ -52,7 +52,7 @@ void RequestItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node reqNode
     xml::AppendLf(reqNode);
   }
   if (!AccesTous_ || !AccesUsine_ || !AccesApresVente_ || !AccesEtudes_ || !AccesConstructeur_) {
-    pugi::xml_node deny = xml::AppendElement(reqNode, "DenyAccess");
+    xml::Out deny = xml::AppendElement(reqNode, "DenyAccess");
     if (!AccesTous_) xml::AppendElement(deny, "NoSDS");
     if (!AccesUsine_) xml::AppendElement(deny, "Plant");
     if (!AccesApresVente_) xml::AppendElement(deny, "AfterSales");
@@ -62,19 +62,19 @@ void RequestItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node reqNode
   }
   data::WriteComment(reqNode, Commentaire_);
 
-  pugi::xml_node sent = xml::AppendElement(reqNode, "Sent");
+  xml::Out sent = xml::AppendElement(reqNode, "Sent");
   xml::AppendLf(sent);
   if (LgVariable_) {
     xml::AppendElement(sent, "VariableLength");
     xml::AppendLf(sent);
   }
-  pugi::xml_node sentBytes = xml::AppendElement(sent, "SentBytes");
+  xml::Out sentBytes = xml::AppendElement(sent, "SentBytes");
   if (RequestBytes_ && !RequestBytes_->ToText().empty()) xml::AppendText(sentBytes, RequestBytes_->ToText());
   xml::AppendLf(sent);
-  if (DataPositions_) DataPositions_->createXMLnodeType(odoc, sent, true);
+  if (DataPositions_) DataPositions_->createXMLnodeType(sent, true);
   xml::AppendLf(reqNode);
 
-  pugi::xml_node received = xml::AppendElement(reqNode, "Received");
+  xml::Out received = xml::AppendElement(reqNode, "Received");
   xml::SetAttr(received, "MinBytes", LengthDatas_);
   xml::AppendLf(received);
   if (ShiftBytesCount_ != 0) {
@@ -85,7 +85,7 @@ void RequestItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node reqNode
     xml::AppendText(xml::AppendElement(received, "ReplyBytes"), ReplyBytes_->ToText());
     xml::AppendLf(received);
   }
-  if (DataPositions_) DataPositions_->createXMLnodeType(odoc, received, false);
+  if (DataPositions_) DataPositions_->createXMLnodeType(received, false);
   xml::AppendLf(reqNode);
 }
 
@@ -189,10 +189,10 @@ std::shared_ptr<DataPositionItem> RequestItems::ItemDataPositionName(std::string
   return nullptr;
 }
 
-void RequestItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void RequestItems::createXMLnode(xml::Out parNode) const {
   for (const auto& item : inner_) {
     xml::AppendLf(parNode);
-    item->createXMLnode(odoc, xml::AppendElement(parNode, "Request"));
+    item->createXMLnode(xml::AppendElement(parNode, "Request"));
   }
 }
 

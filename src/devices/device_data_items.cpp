@@ -33,7 +33,7 @@ void DeviceDataItem::set_data(const std::shared_ptr<DataItem>& value) {
   if (value) dataName_ = value->dataName();
 }
 
-void DeviceDataItem::createXMLnode(pugi::xml_document&, pugi::xml_node element) const {
+void DeviceDataItem::createXMLnode(xml::Out element) const {
   xml::SetAttr(element, "Name", dataName_);
   xml::SetBoolAttr(element, "FailureFlag", FlagPanne_);
 }
@@ -70,8 +70,8 @@ std::shared_ptr<DeviceDataItem> DeviceDataItems::ItemName(std::string_view dataN
   return FindFirst([&](const DeviceDataItem& link) { return link.dataName() == dataName; });
 }
 
-void DeviceDataItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
-  for (const auto& link : *this) link->createXMLnode(odoc, xml::AppendElement(parNode, kElement));
+void DeviceDataItems::createXMLnode(xml::Out parNode) const {
+  for (const auto& link : *this) link->createXMLnode(xml::AppendElement(parNode, kElement));
 }
 
 void DeviceDataItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,

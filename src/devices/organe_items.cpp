@@ -93,7 +93,7 @@ std::shared_ptr<DataPositionItem> OrganeItem::FreezeFramePosition(std::string_vi
   return request->DataPositions()->ItemName(dataName);
 }
 
-void OrganeItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node element) const {
+void OrganeItem::createXMLnode(xml::Out element) const {
   xml::SetAttr(element, "Name", organeName_);
   if (OrganeDTC_ != 0) xml::SetAttr(element, "DTC", OrganeDTC_);
   if (OrganeOBD_ != 0) xml::SetAttr(element, "OBD", OrganeOBD_);
@@ -105,11 +105,11 @@ void OrganeItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node element)
     xml::AppendLf(element);
   }
   if (DeviceDatas_) {
-    DeviceDatas_->createXMLnode(odoc, element);
+    DeviceDatas_->createXMLnode(element);
     xml::AppendLf(element);
   }
   if (Tests_) {
-    Tests_->createXMLnode(odoc, element);
+    Tests_->createXMLnode(element);
     xml::AppendLf(element);
   }
 }
@@ -221,9 +221,9 @@ std::shared_ptr<TestItem> OrganeItems::GetDevicesTestWithObd(std::int32_t obd) c
   return nullptr;
 }
 
-void OrganeItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void OrganeItems::createXMLnode(xml::Out parNode) const {
   for (const auto& device : *this) {
-    device->createXMLnode(odoc, xml::AppendElement(parNode, kElement));
+    device->createXMLnode(xml::AppendElement(parNode, kElement));
     xml::AppendLf(parNode);
   }
 }

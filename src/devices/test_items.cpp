@@ -50,7 +50,7 @@ void Rekey(FlagList& list, std::string_view oldKey, std::string_view newKey) {
   }
 }
 
-void WriteFlags(const FlagList& list, pugi::xml_node parNode, const char* element) {
+void WriteFlags(const FlagList& list, xml::Out parNode, const char* element) {
   for (const auto& placement : list) {
     xml::AppendText(xml::AppendElement(parNode, element), placement->dataName());
     xml::AppendCrLf(parNode);
@@ -94,7 +94,7 @@ void TestItem::clear() {
   PresentFlag_.RemoveAll();
 }
 
-void TestItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const {
+void TestItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Type", testType_);
   if (OBD_ != 0) xml::SetAttr(parNode, "OBD", OBD_);
   if (Severity_ != 0) xml::SetAttr(parNode, "Severity", Severity_);
@@ -202,10 +202,10 @@ std::shared_ptr<TestItem> TestItems::GetTestUsingData(std::string_view dataName)
   return FindFirst([&](const TestItem& test) { return test.StoredFlag().ContainsKey(key); });
 }
 
-void TestItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void TestItems::createXMLnode(xml::Out parNode) const {
   for (const auto& test : *this) {
     xml::AppendCrLf(parNode);
-    test->createXMLnode(odoc, xml::AppendElement(parNode, kElement));
+    test->createXMLnode(xml::AppendElement(parNode, kElement));
   }
 }
 

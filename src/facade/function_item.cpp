@@ -9,8 +9,8 @@
 
 namespace tessaly {
 
-void WriteCanId(pugi::xml_node parent, std::int32_t id) {
-  pugi::xml_node can = xml::AppendElement(parent, "CANId");
+void WriteCanId(xml::Out parent, std::int32_t id) {
+  xml::Out can = xml::AppendElement(parent, "CANId");
   if (id >= 0) {
     xml::SetAttr(can, "Value", id);
   } else {
@@ -33,9 +33,9 @@ bool ReadCanId(pugi::xml_node node, const char* container, std::int32_t& id) {
 
 namespace {
 
-void WriteIdContainer(pugi::xml_node element, const char* container, std::int32_t id) {
+void WriteIdContainer(xml::Out element, const char* container, std::int32_t id) {
   xml::AppendLf(element);
-  pugi::xml_node node = xml::AppendElement(element, container);
+  xml::Out node = xml::AppendElement(element, container);
   xml::AppendLf(node);
   WriteCanId(node, id);
   xml::AppendLf(node);
@@ -43,7 +43,7 @@ void WriteIdContainer(pugi::xml_node element, const char* container, std::int32_
 
 }  // namespace
 
-void FunctionItem::createXMLnode(pugi::xml_document&, pugi::xml_node element) const {
+void FunctionItem::createXMLnode(xml::Out element) const {
   xml::SetAttr(element, "Name", functionName_);
   xml::SetAttr(element, "Address", Address_);
   if (CanXId_ != kNoCanId) WriteIdContainer(element, "SendId", CanXId_);
@@ -86,8 +86,8 @@ std::shared_ptr<FunctionItem> FunctionItems::ItemName(std::string_view name) con
   return FindFirst([&](const FunctionItem& f) { return f.functionName() == name; });
 }
 
-void FunctionItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
-  WriteStandardItems(*this, odoc, parNode, "Function");
+void FunctionItems::createXMLnode(xml::Out parNode) const {
+  WriteStandardItems(*this, parNode, "Function");
 }
 
 void FunctionItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {

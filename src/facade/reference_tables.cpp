@@ -7,13 +7,13 @@
 namespace tessaly {
 namespace {
 
-void WriteName(pugi::xml_node node, const std::string& name) {
+void WriteName(xml::Out node, const std::string& name) {
   xml::AppendText(xml::AppendElement(node, "Name"), name);
 }
 
 }  // namespace
 
-void ProtocolItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const {
+void ProtocolItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Code", code_);
   xml::SetBoolAttr(parNode, "multiPoint", multiPoint_);
   xml::SetAttr(parNode, "initMode", initMode_);
@@ -51,8 +51,8 @@ std::shared_ptr<ProtocolItem> ProtocolItems::ItemId(std::int32_t code) const {
   return FindFirst([&](const ProtocolItem& p) { return p.code() == code; });
 }
 
-void ProtocolItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
-  WriteStandardItems(*this, odoc, parNode, "Protocol");
+void ProtocolItems::createXMLnode(xml::Out parNode) const {
+  WriteStandardItems(*this, parNode, "Protocol");
 }
 
 void ProtocolItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
@@ -61,7 +61,7 @@ void ProtocolItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
 }
 
 template <class Kind>
-void IdLabelItem<Kind>::createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const {
+void IdLabelItem<Kind>::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Id", id_);
   WriteName(parNode, libelle_);
 }
@@ -101,8 +101,8 @@ auto IdLabelItems<Kind>::ItemId(std::int32_t id) const -> std::shared_ptr<ItemTy
 }
 
 template <class Kind>
-void IdLabelItems<Kind>::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
-  WriteStandardItems(*this, odoc, parNode, Kind::kElement);
+void IdLabelItems<Kind>::createXMLnode(xml::Out parNode) const {
+  WriteStandardItems(*this, parNode, Kind::kElement);
 }
 
 template <class Kind>

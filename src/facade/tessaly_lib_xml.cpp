@@ -107,37 +107,33 @@ void TessalyLibXml::ImportDocument(const std::string& location, const std::strin
   }
 }
 
-pugi::xml_document TessalyLibXml::BuildDocument() {
+void TessalyLibXml::WriteDocument(xml::Out doc) {
   if (!ActiveTarget_) RaisePlatform(errc::kObjectNotSet);
-  pugi::xml_document doc;
-  pugi::xml_node declaration = doc.append_child(pugi::node_pi);
-  declaration.set_name("xml");
-  declaration.set_value(("version='1.0' encoding=\"" + xmlEncoding_ + "\"").c_str());
-  if (!xmlStyleSheet_.empty()) {
-    pugi::xml_node style = doc.append_child(pugi::node_pi);
-    style.set_name("xml-stylesheet");
-    style.set_value(("type=\"text/xsl\" href=\"" + xmlStyleSheet_ + "\"").c_str());
-  }
-  pugi::xml_node root = doc.append_child("xml");
+  doc.sink().AppendProcessingInstruction(doc.handle(), "xml", "version='1.0' encoding=\"" + xmlEncoding_ + "\"");
+  if (!xmlStyleSheet_.empty())
+    doc.sink().AppendProcessingInstruction(doc.handle(), "xml-stylesheet",
+                                           "type=\"text/xsl\" href=\"" + xmlStyleSheet_ + "\"");
+  xml::Out root = xml::AppendElement(doc, "xml");
   if (!ecuNamespace_.empty()) xml::SetAttr(root, "xmlns:tsl", ecuNamespace_);
   xml::AppendLf(root);
-  ActiveTarget_->createXMLnode(doc, root);
-  return doc;
+  ActiveTarget_->createXMLnode(root);
 }
 
 void TessalyLibXml::ExportUceToXml(const std::string& location) {
-  pugi::xml_document doc = BuildDocument();
-  try {
-    io::SaveDocumentAtomically(location, doc, xmlEncoding_);
-    lastSaveError_.reset();
-  } catch (const Error& error) {
-    lastSaveError_ = error;
-    RaiseWarningInfo("ExportParametersToXml", "Save error (number : " + IntText(error.Number()) + ")");
+  if (!ActiveTarget_) RaisePlatform(errc::kObjectNotSet);
+  // The document is written as it is made, without a DOM. An error of the model (a project
+  // name that is not an XML name) comes through as it is; a failure to write the file is a
+  // warning, kept for LastSaveError.
+  lastSaveError_ = io::SaveAtomically(location, [this](xml::Out doc) { WriteDocument(doc); }, xmlEncoding_);
+  if (lastSaveError_) {
+    RaiseWarningInfo("ExportParametersToXml", "Save error (number : " + IntText(lastSaveError_->Number()) + ")");
     Err().Clear();
   }
 }
 
-std::string TessalyLibXml::ExportUceToText() { return io::Serialize(BuildDocument(), xmlEncoding_); }
+std::string TessalyLibXml::ExportUceToText() {
+  return io::Serialize([this](xml::Out doc) { WriteDocument(doc); }, xmlEncoding_);
+}
 
 void TessalyLibXml::ReadGlobalParameters(const std::string& url) {
   pugi::xml_document doc;

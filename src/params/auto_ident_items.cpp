@@ -16,7 +16,7 @@ bool AutoIdentItem::SameRecord(const AutoIdentItem& other) const {
          Version_ == other.Version_;
 }
 
-void AutoIdentItem::createXMLnode(pugi::xml_document&, pugi::xml_node element) const {
+void AutoIdentItem::createXMLnode(xml::Out element) const {
   xml::SetAttr(element, "DiagVersion", DiagNumber_);
   xml::SetAttr(element, "Supplier", SupplierCode_);
   xml::SetAttr(element, "Soft", Soft_);
@@ -75,8 +75,8 @@ void AutoIdentItems::Delete(const std::shared_ptr<AutoIdentItem>& item) {
   inner_.Remove(position);
 }
 
-void AutoIdentItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
-  for (const auto& item : inner_) item->createXMLnode(odoc, xml::AppendElement(parNode, "AutoIdent"));
+void AutoIdentItems::createXMLnode(xml::Out parNode) const {
+  for (const auto& item : inner_) item->createXMLnode(xml::AppendElement(parNode, "AutoIdent"));
 }
 
 void AutoIdentItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,

@@ -45,23 +45,23 @@ Found FindAttribute(pugi::xml_node node, std::string_view path, const char* name
   return {};
 }
 
-pugi::xml_node AppendWithAttr(pugi::xml_node parent, const char* element, const char* attribute,
+xml::Out AppendWithAttr(xml::Out parent, const char* element, const char* attribute,
                               std::int32_t value) {
-  pugi::xml_node node = xml::AppendElement(parent, element);
+  xml::Out node = xml::AppendElement(parent, element);
   xml::SetAttr(node, attribute, value);
   return node;
 }
 
 // ISO8 holding: LF, L, LF, KW1, LF, KW2, LF, FirstRequest, LF.
-void WriteIso8(pugi::xml_node parent, std::int32_t key1, std::int32_t key2, std::int32_t kw2Timeout,
+void WriteIso8(xml::Out parent, std::int32_t key1, std::int32_t key2, std::int32_t kw2Timeout,
                std::int32_t firstRequestDelay) {
-  pugi::xml_node iso8 = xml::AppendElement(parent, "ISO8");
+  xml::Out iso8 = xml::AppendElement(parent, "ISO8");
   xml::AppendLf(iso8);
   xml::AppendElement(iso8, "L");
   xml::AppendLf(iso8);
   AppendWithAttr(iso8, "KW1", "Value", key1);
   xml::AppendLf(iso8);
-  pugi::xml_node kw2 = AppendWithAttr(iso8, "KW2", "Value", key2);
+  xml::Out kw2 = AppendWithAttr(iso8, "KW2", "Value", key2);
   xml::SetAttr(kw2, "Timeout", kw2Timeout);
   xml::AppendLf(iso8);
   AppendWithAttr(iso8, "FirstRequest", "Delay", firstRequestDelay);
@@ -69,8 +69,8 @@ void WriteIso8(pugi::xml_node parent, std::int32_t key1, std::int32_t key2, std:
 }
 
 // SendId or ReceiveId holding LF, CANId, LF.
-void WriteIdContainer(pugi::xml_node parent, const char* container, std::int32_t id) {
-  pugi::xml_node node = xml::AppendElement(parent, container);
+void WriteIdContainer(xml::Out parent, const char* container, std::int32_t id) {
+  xml::Out node = xml::AppendElement(parent, container);
   xml::AppendLf(node);
   WriteCanId(node, id);
   xml::AppendLf(node);
@@ -341,16 +341,16 @@ void TargetParamItem::loadXml(pugi::xml_node parNode) {
 // ---------------------------------------------------------------------------------------------
 // Writing
 
-void TargetParamItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode) {
+void TargetParamItem::createXMLnode(xml::Out parNode) {
   const std::string comment(TrimSpaces(Comment_));
   if (!comment.empty()) xml::AppendCData(xml::AppendElement(parNode, "Description"), comment);
   xml::AppendLf(parNode);
 
-  pugi::xml_node date = xml::AppendElement(parNode, "DateOfficialisation");
+  xml::Out date = xml::AppendElement(parNode, "DateOfficialisation");
   if (!DateOfficialisation_.empty()) xml::AppendText(date, DateOfficialisation_);
   xml::AppendLf(parNode);
 
-  pugi::xml_node failures = xml::AppendElement(parNode, "Failures");
+  xml::Out failures = xml::AppendElement(parNode, "Failures");
   xml::SetAttr(failures, "Name", TypePanne_);
   xml::SetAttr(failures, "Id", TypePanneId_);
 
@@ -361,7 +361,7 @@ void TargetParamItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode)
 
   // A placeholder of fixed content, never read back.
   xml::AppendLf(parNode);
-  pugi::xml_node power = xml::AppendElement(parNode, "PowerSupply");
+  xml::Out power = xml::AppendElement(parNode, "PowerSupply");
   for (const char* line : {"Ground", "Vbat", "AfterContact"}) {
     xml::AppendLf(power);
     xml::AppendElement(power, line);
@@ -379,17 +379,17 @@ void TargetParamItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode)
   }
 }
 
-void TargetParamItem::WriteKLine(pugi::xml_node parNode) const {
-  pugi::xml_node k = AppendWithAttr(parNode, "K", "BaudRate", BaudRate_);
+void TargetParamItem::WriteKLine(xml::Out parNode) const {
+  xml::Out k = AppendWithAttr(parNode, "K", "BaudRate", BaudRate_);
   xml::AppendLf(k);
   if (initMode_ == init_mode::kIso8) {
     WriteIso8(k, key1_, key2_, KW2Timeout_, FirstRequestDelay_);
   } else {
-    pugi::xml_node kwp = xml::AppendElement(k, "KWP");
+    xml::Out kwp = xml::AppendElement(k, "KWP");
     xml::SetBoolAttr(kwp, "Multipoint", multiPoint_);
     xml::AppendLf(kwp);
     if (initMode_ == init_mode::kKwpFastInit) {
-      pugi::xml_node fastInit = xml::AppendElement(kwp, "FastInit");
+      xml::Out fastInit = xml::AppendElement(kwp, "FastInit");
       AppendWithAttr(fastInit, "KW1", "Value", key1_);
       xml::AppendLf(fastInit);
       AppendWithAttr(fastInit, "KW2", "Value", key2_);
@@ -412,8 +412,8 @@ void TargetParamItem::WriteKLine(pugi::xml_node parNode) const {
   xml::AppendLf(k);
 }
 
-void TargetParamItem::WriteCan(pugi::xml_node parNode) const {
-  pugi::xml_node can = AppendWithAttr(parNode, "CAN", "BaudRate", BaudRate_);
+void TargetParamItem::WriteCan(xml::Out parNode) const {
+  xml::Out can = AppendWithAttr(parNode, "CAN", "BaudRate", BaudRate_);
   xml::SetBoolAttr(can, "Multipoint", multiPoint_);
   xml::AppendLf(can);
   if (initMode_ != init_mode::kDiagOnCan) return;
@@ -436,8 +436,8 @@ void TargetParamItem::WriteCan(pugi::xml_node parNode) const {
   if (function->CanRId() != pd::kNoCanId) WriteIdContainer(can, "ReceiveId", function->CanRId());
 }
 
-void TargetParamItem::WriteGenericProtocol(pugi::xml_node parNode) const {
-  pugi::xml_node protocol = xml::AppendElement(parNode, "Protocol");
+void TargetParamItem::WriteGenericProtocol(xml::Out parNode) const {
+  xml::Out protocol = xml::AppendElement(parNode, "Protocol");
   std::shared_ptr<TessalyLibXml> facade = Facade();
   std::shared_ptr<ProtocolItem> known =
       facade && facade->protocols() ? facade->protocols()->ItemId(initMode_) : nullptr;
@@ -458,7 +458,7 @@ void TargetParamItem::WriteGenericProtocol(pugi::xml_node parNode) const {
   xml::AppendLf(protocol);
   AppendWithAttr(protocol, "KW1", "Value", key1_);
   xml::AppendLf(protocol);
-  pugi::xml_node kw2 = AppendWithAttr(protocol, "KW2", "Value", key2_);
+  xml::Out kw2 = AppendWithAttr(protocol, "KW2", "Value", key2_);
   xml::SetAttr(kw2, "Timeout", KW2Timeout_);
   xml::AppendLf(protocol);
   AppendWithAttr(protocol, "KW2_", "Delay", KW2Delay_);

@@ -21,13 +21,13 @@ void ButtonItem::clear() {
   ScenarioItems_.reset();
 }
 
-void ButtonItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void ButtonItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Text", caption_);
   if (InitButton_) xml::SetAttr(parNode, "InitButton", std::string_view("1"));
   xml::AppendLf(parNode);
   AppendRectangle(parNode, ButtonLeft_, ButtonTop_, ButtonHeight_, ButtonWidth_);
   xml::AppendLf(parNode);
-  pugi::xml_node font = xml::AppendElement(parNode, "Font");
+  xml::Out font = xml::AppendElement(parNode, "Font");
   xml::SetAttr(font, "Name", FontName_);
   xml::SetAttr(font, "Size", SignedNumberText(FontSize_));
   xml::SetBoolAttr(font, "Bold", FontBold_);
@@ -36,7 +36,7 @@ void ButtonItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode)
   xml::SetAttr(xml::AppendElement(parNode, "Message"), "Text", Message_);
   xml::AppendLf(parNode);
   if (ScenarioItems_) {
-    ScenarioItems_->createXMLnode(odoc, parNode);
+    ScenarioItems_->createXMLnode(parNode);
     xml::AppendLf(parNode);
   }
 }
@@ -79,12 +79,12 @@ std::shared_ptr<ButtonItem> ButtonItems::AddData(const std::shared_ptr<ButtonIte
   return Append(vData, sKey);
 }
 
-void ButtonItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void ButtonItems::createXMLnode(xml::Out parNode) const {
   // Init buttons are written by their screen, in the screen's own element.
   for (const auto& button : *this) {
     if (button->InitButton()) continue;
     xml::AppendLf(parNode);
-    button->createXMLnode(odoc, xml::AppendElement(parNode, "Button"));
+    button->createXMLnode(xml::AppendElement(parNode, "Button"));
   }
 }
 

@@ -29,11 +29,11 @@ void CategoryItem::clear() {
   parent_.reset();
 }
 
-void CategoryItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void CategoryItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Name", categoryName_);
   xml::AppendLf(parNode);
   if (Screens_) {
-    Screens_->createXMLnode(odoc, parNode);
+    Screens_->createXMLnode(parNode);
     xml::AppendLf(parNode);
   }
 }
@@ -79,8 +79,8 @@ void CategoryItems::Delete(const std::shared_ptr<CategoryItem>& item) {
   }
 }
 
-void CategoryItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
-  for (const auto& category : *this) category->createXMLnode(odoc, xml::AppendElement(parNode, "Category"));
+void CategoryItems::createXMLnode(xml::Out parNode) const {
+  for (const auto& category : *this) category->createXMLnode(xml::AppendElement(parNode, "Category"));
 }
 
 void CategoryItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent) {

@@ -54,7 +54,7 @@ void DisplayItem::clear() {
   parent_.reset();
 }
 
-void DisplayItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void DisplayItem::createXMLnode(xml::Out parNode) const {
   // A data display is an input field when its data is a parameter of its request, so the
   // element name follows the placement as it is now, not as it was read.
   const char* name = "Display";
@@ -68,19 +68,9 @@ void DisplayItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode
     if (position->param()) name = "Input";
   }
 
-  pugi::xml_node element = xml::AppendElement(parNode, name);
+  xml::Out element = xml::AppendElement(parNode, name);
   xml::SetAttr(element, "Width", CaptionWidth_);
   xml::SetAttr(element, "Color", DisplayColor_);
-  xml::AppendLf(element);
-  AppendRectangle(element, DisplayLeft_, DisplayTop_, DisplayHeight_, DisplayWidth_);
-  xml::AppendLf(element);
-  pugi::xml_node font = xml::AppendElement(element, "Font");
-  xml::SetAttr(font, "Name", FontName_);
-  xml::SetAttr(font, "Size", SignedNumberText(static_cast<double>(FontSize_)));
-  xml::SetBoolAttr(font, "Bold", FontBold_);
-  xml::SetBoolAttr(font, "Italic", FontItalic_);
-  xml::SetAttr(font, "Color", FontColor_);
-
   if (TypeDisplay_ == kRequestDisplay) {
     xml::SetAttr(element, "RequestName", DisplayExtraItem_->requestName());
   } else if (TypeDisplay_ == kDataDisplay) {
@@ -91,7 +81,17 @@ void DisplayItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode
   } else {
     xml::SetAttr(element, "DataName", ResolvedPosition(DisplayDataItem_)->dataName());
   }
-  if (RangeItems_) RangeItems_->createXMLnode(odoc, element);
+  xml::AppendLf(element);
+  AppendRectangle(element, DisplayLeft_, DisplayTop_, DisplayHeight_, DisplayWidth_);
+  xml::AppendLf(element);
+  xml::Out font = xml::AppendElement(element, "Font");
+  xml::SetAttr(font, "Name", FontName_);
+  xml::SetAttr(font, "Size", SignedNumberText(static_cast<double>(FontSize_)));
+  xml::SetBoolAttr(font, "Bold", FontBold_);
+  xml::SetBoolAttr(font, "Italic", FontItalic_);
+  xml::SetAttr(font, "Color", FontColor_);
+
+  if (RangeItems_) RangeItems_->createXMLnode(element);
 }
 
 void DisplayItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
@@ -167,10 +167,10 @@ std::shared_ptr<DisplayItem> DisplayItems::AddData(const std::shared_ptr<Display
   return Append(vData, sKey);
 }
 
-void DisplayItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void DisplayItems::createXMLnode(xml::Out parNode) const {
   for (const auto& display : *this) {
     xml::AppendLf(parNode);
-    display->createXMLnode(odoc, parNode);
+    display->createXMLnode(parNode);
   }
 }
 

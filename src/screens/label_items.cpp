@@ -9,14 +9,14 @@
 
 namespace tessaly {
 
-void LabelItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const {
+void LabelItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Text", LabelText_);
   xml::SetAttr(parNode, "Color", LabelColor_);
   xml::SetAttr(parNode, "Alignment", Alignment_);
   xml::AppendLf(parNode);
   AppendRectangle(parNode, LabelLeft_, LabelTop_, LabelHeight_, LabelWidth_);
   xml::AppendLf(parNode);
-  pugi::xml_node font = xml::AppendElement(parNode, "Font");
+  xml::Out font = xml::AppendElement(parNode, "Font");
   xml::SetAttr(font, "Name", FontName_);
   xml::SetAttr(font, "Size", SignedNumberText(FontSize_));
   xml::SetBoolAttr(font, "Bold", FontBold_);
@@ -53,10 +53,10 @@ std::shared_ptr<LabelItem> LabelItems::AddData(const std::shared_ptr<LabelItem>&
   return Append(vData, sKey);
 }
 
-void LabelItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void LabelItems::createXMLnode(xml::Out parNode) const {
   for (const auto& label : *this) {
     xml::AppendLf(parNode);
-    label->createXMLnode(odoc, xml::AppendElement(parNode, "Label"));
+    label->createXMLnode(xml::AppendElement(parNode, "Label"));
   }
 }
 

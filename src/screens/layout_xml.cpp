@@ -23,9 +23,9 @@ float FontSizeSingle(std::string_view text) {
   return static_cast<float>(value);
 }
 
-void AppendRectangle(pugi::xml_node parent, std::int32_t left, std::int32_t top, std::int32_t height,
+void AppendRectangle(xml::Out parent, std::int32_t left, std::int32_t top, std::int32_t height,
                      std::int32_t width) {
-  pugi::xml_node rectangle = xml::AppendElement(parent, "Rectangle");
+  xml::Out rectangle = xml::AppendElement(parent, "Rectangle");
   xml::SetAttr(rectangle, "Left", left);
   xml::SetAttr(rectangle, "Top", top);
   xml::SetAttr(rectangle, "Height", height);

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "tessaly/common/xml_out.hpp"
+
 namespace tessaly {
 
 // A font size as written in documents: read as a number from the start of the text, with every
@@ -18,7 +20,7 @@ double FontSizeValue(std::string_view text);
 float FontSizeSingle(std::string_view text);
 
 // Appends a Rectangle element with Left, Top, Height and Width, in that order.
-void AppendRectangle(pugi::xml_node parent, std::int32_t left, std::int32_t top, std::int32_t height,
+void AppendRectangle(xml::Out parent, std::int32_t left, std::int32_t top, std::int32_t height,
                      std::int32_t width);
 
 // Reads Left, Top, Height and Width of `rectangle` into the four values; a value that is missing

@@ -35,7 +35,7 @@ void RangeItem::set_SoundName(std::string value) {
   }
 }
 
-void RangeItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const {
+void RangeItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Value", SignedNumberText(Seuil_));
   xml::SetAttr(parNode, "Color", Couleur_);
   if (SonFlag_) {
@@ -75,8 +75,8 @@ std::shared_ptr<RangeItem> RangeItems::AddData(const std::shared_ptr<RangeItem>&
   return Append(vData, sKey);
 }
 
-void RangeItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
-  for (const auto& range : *this) range->createXMLnode(odoc, xml::AppendElement(parNode, "Threshold"));
+void RangeItems::createXMLnode(xml::Out parNode) const {
+  for (const auto& range : *this) range->createXMLnode(xml::AppendElement(parNode, "Threshold"));
 }
 
 void RangeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<DisplayItem>& parent) {

@@ -36,7 +36,7 @@ void ScenarioItem::set_request(const std::shared_ptr<RequestItem>& value) {
   if (value) requestName_ = value->requestName();
 }
 
-void ScenarioItem::createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const {
+void ScenarioItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Delay", delay_);
   xml::SetAttr(parNode, "RequestName", requestName_);
 }
@@ -132,10 +132,10 @@ void ScenarioItems::Renumber() {
   for (std::int32_t position = 1; position <= Count(); ++position) inner_.Item(position)->set_Index(position);
 }
 
-void ScenarioItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void ScenarioItems::createXMLnode(xml::Out parNode) const {
   for (const auto& step : *this) {
-    pugi::xml_node send = xml::AppendElement(parNode, "Send");
-    if (step->request()) step->createXMLnode(odoc, send);
+    xml::Out send = xml::AppendElement(parNode, "Send");
+    if (step->request()) step->createXMLnode(send);
   }
 }
 

@@ -36,7 +36,7 @@ void ScreenItem::clear() {
   }
 }
 
-void ScreenItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void ScreenItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Name", screenName_);
   xml::SetAttr(parNode, "Color", ScreenColor_);
   xml::SetAttr(parNode, "WindowState", WindowState_);
@@ -44,7 +44,7 @@ void ScreenItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode)
   xml::SetAttr(parNode, "Height", ScreenHeight_);
   xml::AppendLf(parNode);
   if (LabelItems_) {
-    LabelItems_->createXMLnode(odoc, parNode);
+    LabelItems_->createXMLnode(parNode);
     xml::AppendLf(parNode);
   }
   if (ButtonInit_) {
@@ -52,14 +52,14 @@ void ScreenItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode)
     // with no line feed after them.
     if (!ButtonInit_->Message().empty())
       xml::AppendText(xml::AppendElement(parNode, "Message"), ButtonInit_->Message());
-    ButtonInit_->ScenarioItems()->createXMLnode(odoc, parNode);
+    ButtonInit_->ScenarioItems()->createXMLnode(parNode);
   }
   if (ButtonItems_) {
-    ButtonItems_->createXMLnode(odoc, parNode);
+    ButtonItems_->createXMLnode(parNode);
     xml::AppendLf(parNode);
   }
   if (DisplayItems_) {
-    DisplayItems_->createXMLnode(odoc, parNode);
+    DisplayItems_->createXMLnode(parNode);
     xml::AppendLf(parNode);
   }
 }
@@ -132,10 +132,10 @@ void ScreenItems::Delete(const std::shared_ptr<ScreenItem>& item) {
   }
 }
 
-void ScreenItems::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const {
+void ScreenItems::createXMLnode(xml::Out parNode) const {
   for (const auto& screen : *this) {
     xml::AppendLf(parNode);
-    screen->createXMLnode(odoc, xml::AppendElement(parNode, "Screen"));
+    screen->createXMLnode(xml::AppendElement(parNode, "Screen"));
   }
 }
 

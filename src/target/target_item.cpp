@@ -22,9 +22,9 @@ constexpr const char* kLoadSource = "loadXml";
 constexpr const char* kDefaultLanguage = "Fran\xC3\xA7" "ais";
 
 // Appends a line feed, then an element holding a line feed, and returns the element.
-pugi::xml_node AppendContainer(pugi::xml_node parent, const char* name) {
+xml::Out AppendContainer(xml::Out parent, const char* name) {
   xml::AppendLf(parent);
-  pugi::xml_node element = xml::AppendElement(parent, name);
+  xml::Out element = xml::AppendElement(parent, name);
   xml::AppendLf(element);
   return element;
 }
@@ -179,9 +179,9 @@ void TargetItem::clear() {
   if (failure) throw *failure;
 }
 
-void TargetItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) {
+void TargetItem::createXMLnode(xml::Out parNode) {
   std::shared_ptr<TessalyLibXml> facade = parent();
-  pugi::xml_node target = parNode ? parNode.append_child("tsl:Target") : odoc.append_child("tsl:Target");
+  xml::Out target = xml::AppendElement(parNode, "tsl:Target");
   xml::SetAttr(target, "Name", name_);
   if (facade && !facade->xmlEcuSchema().empty()) xml::SetAttr(target, "xmlns", facade->xmlEcuSchema());
   if (facade && !facade->xmlScreenSchema().empty()) xml::SetAttr(target, "xmlns:ds", facade->xmlScreenSchema());
@@ -192,7 +192,7 @@ void TargetItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode)
 
   if (Projects_ && Projects_->Count() > 0) {
     xml::AppendLf(target);
-    pugi::xml_node projects = xml::AppendElement(target, "Projects");
+    xml::Out projects = xml::AppendElement(target, "Projects");
     xml::SetAttr(projects, "xmlns", std::string_view());
     for (const auto& project : *Projects_) {
       if (!IsProjectName(*project))
@@ -203,7 +203,7 @@ void TargetItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode)
   }
 
   xml::AppendLf(target);
-  pugi::xml_node function = xml::AppendElement(target, "Function");
+  xml::Out function = xml::AppendElement(target, "Function");
   std::shared_ptr<FunctionItem> entry =
       facade && facade->functions() ? facade->functions()->ItemAddress(Address_) : nullptr;
   if (!entry && facade)
@@ -215,27 +215,27 @@ void TargetItem::createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode)
   if (!Parametres_->isDefaultValue(16, slot)) xml::SetAttr(function, "ToolAddress", Parametres_->ToolAddress());
 
   xml::AppendLf(target);
-  pugi::xml_node language = xml::AppendElement(target, "Language");
+  xml::Out language = xml::AppendElement(target, "Language");
   xml::SetAttr(language, "Name", Langue_);
   if (reference_) xml::SetAttr(language, "Reference", std::string_view("1"));
 
   xml::AppendLf(target);
-  Parametres_->createXMLnode(odoc, target);
+  Parametres_->createXMLnode(target);
 
-  if (AutoIdents_) AutoIdents_->createXMLnode(odoc, AppendContainer(target, "AutoIdents"));
-  if (datas_) datas_->createXMLnode(odoc, AppendContainer(target, "Datas"));
+  if (AutoIdents_) AutoIdents_->createXMLnode(AppendContainer(target, "AutoIdents"));
+  if (datas_) datas_->createXMLnode(AppendContainer(target, "Datas"));
   xml::AppendLf(target);
-  pugi::xml_node requests = xml::AppendElement(target, "Requests");
+  xml::Out requests = xml::AppendElement(target, "Requests");
   xml::SetAttr(requests, "Endian", std::string_view(Parametres_->LittleEndian() ? "Little" : "Big"));
   xml::AppendLf(requests);
-  if (Requests_) Requests_->createXMLnode(odoc, requests);
-  if (Organes_) Organes_->createXMLnode(odoc, AppendContainer(target, "Devices"));
+  if (Requests_) Requests_->createXMLnode(requests);
+  if (Organes_) Organes_->createXMLnode(AppendContainer(target, "Devices"));
   if (Categories_) {
     xml::AppendLf(target);
-    pugi::xml_node categories = xml::AppendElement(target, "ds:Categories");
+    xml::Out categories = xml::AppendElement(target, "ds:Categories");
     if (facade && !facade->xmlScreenSchema().empty()) xml::SetAttr(categories, "xmlns", facade->xmlScreenSchema());
     xml::AppendLf(categories);
-    Categories_->createXMLnode(odoc, categories);
+    Categories_->createXMLnode(categories);
   }
 }
 

@@ -1,3 +1,4 @@
 list(APPEND TESSALY_TEST_SOURCES
   common/convert_test.cpp
-  common/keyed_collection_test.cpp)
+  common/keyed_collection_test.cpp
+  common/xml_text_writer_test.cpp)

@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 #include "tessaly/data/data_liste_items.hpp"
 
 namespace tessaly {
@@ -80,7 +81,8 @@ class DataItem : public std::enable_shared_from_this<DataItem> {
   std::shared_ptr<DataItem> clone(const std::shared_ptr<TargetItem>& parent) const;
 
   // Fills the given Data element.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the given Data element. A missing Name leaves error 100 pending and reads nothing
   // more; other failures of single values leave their error pending and the reading goes on.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
@@ -129,7 +131,8 @@ class DataItems : public Collection<DataItem> {
 
   // Writes, for each item, a line feed and a Data element into `parNode` (no line feed after
   // the last one).
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Data child of `parNode` in document order, each with parent `parent`, adding
   // it with AddData. An item whose name repeats an earlier one is dropped; errors are cleared,
   // so none is left pending.

@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -42,7 +43,8 @@ class DataListeItem {
   std::shared_ptr<DataListeItem> clone(const std::shared_ptr<DataItem>& parent) const;
 
   // Fills the given Item element: Value, Text, and the note as a CDATA section when not empty.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the given Item element. A missing Text, or a Value that is missing or does not
   // convert, stops the reading and leaves error 1 pending (the fields not read keep their
   // values).
@@ -82,7 +84,8 @@ class DataListeItems : public Collection<DataListeItem> {
 
   // Writes, for each entry, a line feed and an Item element into the List element `parNode`
   // (no line feed after the last one).
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Item child of the List element `parNode` in document order, each with parent
   // `parent`, adding it with AddDataUnSorted. Entries whose reading stopped early are kept with
   // what they read; duplicates are dropped. No error is left pending.

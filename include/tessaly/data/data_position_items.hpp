@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -59,7 +60,8 @@ class DataPositionItem {
 
   // Fills the given DataItem element. Endian is written only when the byte order differs from
   // the ECU's default.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the given DataItem element. A missing Name, a name the ECU's data do not hold, and an
   // empty name stop the reading with error 1 pending.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
@@ -96,10 +98,14 @@ class DataPositionItems : public Collection<DataPositionItem> {
 
   // Writes every position as a DataItem element followed by a line feed; parameters carry
   // Param="1".
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Writes only the positions whose param equals `param`, without the Param attribute (the form
   // requests use: parameters in Sent, reply data in Received).
-  void createXMLnodeType(pugi::xml_document& odoc, pugi::xml_node parNode, bool param) const;
+  void createXMLnodeType(pugi::xml_document&, pugi::xml_node parNode, bool param) const {
+    createXMLnodeType(xml::Out(parNode), param);
+  }
+  void createXMLnodeType(xml::Out parNode, bool param) const;
   // Reads every DataItem child of `parNode`, each with parent `parent`. Positions that fail to
   // read, and repeats of a data name, are dropped; no error is left pending.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<RequestItem>& parent);

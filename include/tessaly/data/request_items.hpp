@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 #include "tessaly/data/byte_string.hpp"
 #include "tessaly/data/data_position_items.hpp"
 
@@ -75,7 +76,8 @@ class RequestItem : public std::enable_shared_from_this<RequestItem> {
   void clear();
 
   // Fills the given Request element.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node reqNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node reqNode) const { createXMLnode(xml::Out(reqNode)); }
+  void createXMLnode(xml::Out reqNode) const;
   // Reads the given Request element. A missing Name leaves error 100 pending and reads nothing
   // more. Positions are resolved against the data of the parent ECU.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode);
@@ -122,7 +124,8 @@ class RequestItems : public Collection<RequestItem> {
 
   // Writes, for each request, a line feed and a Request element into `parNode` (no line feed
   // after the last one).
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Request child of `parNode` in document order, each with parent `parent`. A
   // request that leaves an error, or repeats an earlier name, is dropped; errors are cleared,
   // so none is left pending.

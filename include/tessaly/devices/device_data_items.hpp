@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -47,7 +48,8 @@ class DeviceDataItem {
   void set_dataName(std::string value) { dataName_ = std::move(value); }
 
   // Sets Name and FailureFlag on the given DeviceData element.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node element) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node element) const { createXMLnode(xml::Out(element)); }
+  void createXMLnode(xml::Out element) const;
   // Reads the given DeviceData element. A missing Name leaves error 1 pending (with the text of
   // the failure) and reads nothing more; a FailureFlag that is not a boolean leaves the
   // conversion's error pending.
@@ -77,7 +79,8 @@ class DeviceDataItems : public Collection<DeviceDataItem> {
   std::shared_ptr<DeviceDataItem> ItemName(std::string_view dataName) const;
 
   // Appends one DeviceData element per link to `parNode`, with no text between them.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the DeviceData children of `parNode` in document order, each with `parent` as its
   // device. Links without a name and repeats of a name are dropped silently: no error is left
   // pending.

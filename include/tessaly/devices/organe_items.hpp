@@ -19,6 +19,7 @@
 #include <unordered_map>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 #include "tessaly/devices/device_data_items.hpp"
 #include "tessaly/devices/test_items.hpp"
 
@@ -95,7 +96,8 @@ class OrganeItem : public std::enable_shared_from_this<OrganeItem> {
   std::shared_ptr<DataPositionItem> FreezeFramePosition(std::string_view dataName) const;
 
   // Fills the given Device element; values at their defaults are left out.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node element) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node element) const { createXMLnode(xml::Out(element)); }
+  void createXMLnode(xml::Out element) const;
   // Reads the given Device element. A missing Name leaves error 100 pending and reads nothing
   // more. Other errors of the device's own values are left pending in preference to those of
   // its data links and tests.
@@ -146,7 +148,8 @@ class OrganeItems : public Collection<OrganeItem> {
   std::shared_ptr<TestItem> GetDevicesTestWithObd(std::int32_t obd) const;
 
   // Appends, for each device, a Device element and a line feed to `parNode`.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every child element of `parNode` whose local name is Device, whatever its prefix, each
   // with `parent` as its ECU, and adds it with AddData. No error drops a device except a name
   // already held; the last error stays pending.

@@ -19,6 +19,7 @@
 
 #include "tessaly/common/collection.hpp"
 #include "tessaly/common/keyed_collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -70,7 +71,8 @@ class TestItem {
   void clear();
 
   // Fills the given Test element. Its line breaks are carriage return + line feed.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the given Test element. A missing Type leaves error 100 pending and reads nothing
   // more. Flags are resolved against the placements of the device's request; a flag naming data
   // that the request does not place is left out and reported through WarningInfo.
@@ -111,7 +113,8 @@ class TestItems : public Collection<TestItem> {
 
   // Appends, for each test, carriage return + line feed and a Test element (nothing after the
   // last one).
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the Test children of `parNode` in document order, each with `parent` as its device.
   // A test that leaves an error pending, or repeats a type, is not added. Each test reads from a
   // clear error state, so only an error of the last test stays pending.

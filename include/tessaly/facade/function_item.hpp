@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -32,7 +33,8 @@ class FunctionItem {
 
   void clear() {}
   // Fills the given Function element: Name, Address, then SendId and ReceiveId when set.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node element) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node element) const { createXMLnode(xml::Out(element)); }
+  void createXMLnode(xml::Out element) const;
   // Reads a Function element. A missing Name or Address ends the reading; the row keeps what
   // it read and nothing is reported.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node element);
@@ -55,14 +57,15 @@ class FunctionItems : public Collection<FunctionItem> {
   // The first row with exactly that name, or nullptr.
   std::shared_ptr<FunctionItem> ItemName(std::string_view name) const;
   // Writes LF + Function per row, then one more LF.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Function child of `parNode`, in document order.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
 };
 
 // Writes a CANId element into `parent` for identifier `id` (Value, and Extended="1" when bit 31
 // is set).
-void WriteCanId(pugi::xml_node parent, std::int32_t id);
+void WriteCanId(xml::Out parent, std::int32_t id);
 // Reads `container`/CANId: Value, plus 0x80000000 when Extended reads as true. Returns false and
 // leaves `id` unchanged when there is no readable Value; may throw the conversion's error.
 bool ReadCanId(pugi::xml_node node, const char* container, std::int32_t& id);

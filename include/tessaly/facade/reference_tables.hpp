@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -29,7 +30,8 @@ class ProtocolItem {
 
   void clear() {}
   // Writes Code, multiPoint, initMode and one Name child into the given Protocol element.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads a Protocol element: the first Name child is the name (error 1 "ProtocolItem.loadXml :
   // Protocol Name not found" without one), then Code, multiPoint and initMode.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
@@ -50,7 +52,8 @@ class ProtocolItems : public Collection<ProtocolItem> {
   std::shared_ptr<ProtocolItem> ItemName(std::string_view name) const;
   // First protocol with that code, or nullptr.
   std::shared_ptr<ProtocolItem> ItemId(std::int32_t code) const;
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
 };
 
@@ -66,7 +69,8 @@ class IdLabelItem {
 
   void clear() {}
   // Writes Id and one Name child into the given element.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the first Name child and Id; a missing one raises error 1 with the kind's message.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
 
@@ -85,7 +89,8 @@ class IdLabelItems : public Collection<IdLabelItem<Kind>> {
   std::shared_ptr<ItemType> ItemName(std::string_view libelle) const;
   // First entry with that identifier, or nullptr.
   std::shared_ptr<ItemType> ItemId(std::int32_t id) const;
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
 };
 

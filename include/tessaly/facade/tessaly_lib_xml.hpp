@@ -19,6 +19,7 @@
 
 #include "tessaly/common/error.hpp"
 #include "tessaly/common/event_log.hpp"
+#include "tessaly/common/xml_out.hpp"
 #include "tessaly/facade/function_item.hpp"
 #include "tessaly/facade/reference_tables.hpp"
 
@@ -101,6 +102,10 @@ class TessalyLibXml {
   const std::optional<Error>& LastSaveError() const { return lastSaveError_; }
   // The document ExportUceToXml would write, as bytes in xmlEncoding.
   std::string ExportUceToText();
+  // Writes that document into `doc` (the document node of a DOM or of a text sink): the
+  // declaration, the style sheet instruction and the xml element holding the target. Error 91
+  // without an active target.
+  void WriteDocument(xml::Out doc);
   // Replaces the three reference tables with those of the parameter document at `url`.
   void ReadGlobalParameters(const std::string& url);
   // Replaces the three reference tables with those of the built-in parameter document, names
@@ -131,7 +136,6 @@ class TessalyLibXml {
  private:
   void ReadParameterDocument(const pugi::xml_document& doc);
   void ImportDocument(const std::string& location, const std::string_view* bytes);
-  pugi::xml_document BuildDocument();
 
   std::shared_ptr<TessalyLibXml> self_;
   std::shared_ptr<TargetItem> ActiveTarget_;

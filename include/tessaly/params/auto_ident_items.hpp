@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -43,7 +44,8 @@ class AutoIdentItem {
 
   // Sets DiagVersion, Supplier, Soft and Version, in that order, on the given AutoIdent element;
   // all four are always written.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node element) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node element) const { createXMLnode(xml::Out(element)); }
+  void createXMLnode(xml::Out element) const;
   // Reads an AutoIdent element. Errors are trapped: a missing attribute leaves error 91 pending,
   // a DiagVersion that is not an integer the conversion's error (13 or 6).
   void loadXml(pugi::xml_document& odoc, pugi::xml_node element);
@@ -78,7 +80,8 @@ class AutoIdentItems : public Collection<AutoIdentItem> {
   void clear() { ClearItems(); }
 
   // One AutoIdent element per record, in order, with nothing between them.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every AutoIdent child of `parNode` in document order. A record whose reading fails is
   // dropped; the error of the last dropped record stays pending for the caller.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent);

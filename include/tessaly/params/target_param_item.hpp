@@ -16,6 +16,8 @@
 #include <string>
 #include <variant>
 
+#include "tessaly/common/xml_out.hpp"
+
 namespace tessaly {
 
 class TargetItem;
@@ -162,7 +164,8 @@ class TargetParamItem {
              std::int32_t& CanXId, std::int32_t& CanRId);
 
   // Appends the parameter elements to the target's element `parNode`.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode);
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode);
 
  private:
   class Reader;
@@ -176,9 +179,9 @@ class TargetParamItem {
                std::int32_t& receiveId, const Reader& reader);
   void ReadKLine(pugi::xml_node k, const Reader& reader);
   void ReadGenericProtocol(pugi::xml_node protocol, const Reader& reader);
-  void WriteKLine(pugi::xml_node parNode) const;
-  void WriteCan(pugi::xml_node parNode) const;
-  void WriteGenericProtocol(pugi::xml_node parNode) const;
+  void WriteKLine(xml::Out parNode) const;
+  void WriteCan(xml::Out parNode) const;
+  void WriteGenericProtocol(xml::Out parNode) const;
 
   std::string Comment_;
   std::int32_t initMode_ = param_defaults::kInitMode;

@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -62,7 +63,8 @@ class ButtonItem : public std::enable_shared_from_this<ButtonItem> {
   void clear();
   // Fills the Button element: Text (and InitButton="1" for an init button), Rectangle, Font,
   // Message (always), then the Send steps when there is a scenario list.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads a Button element; values that are missing or do not convert keep their defaults. A
   // button with InitButton true becomes its screen's init button. The scenario is read last; a
   // dropped step leaves its error pending.
@@ -96,7 +98,8 @@ class ButtonItems : public Collection<ButtonItem> {
 
   // For each button that is not an init button: a line feed, then a Button element. No
   // trailing line feed.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Button child of the Screen element, in document order, appending each after the
   // buttons already held; every button is kept.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<ScreenItem>& parent);

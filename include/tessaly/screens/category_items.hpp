@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -36,7 +37,8 @@ class CategoryItem : public std::enable_shared_from_this<CategoryItem> {
   void clear();
   // Fills the Category element: Name, a line feed, and when there is a screen list the screens
   // followed by one more line feed.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads a Category element. Without a Name attribute the category keeps an empty name and
   // gets no screen list; that is reported and cleared at once, so the category is still kept.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
@@ -64,7 +66,8 @@ class CategoryItems : public Collection<CategoryItem> {
   void clear() { ClearItems(); }
 
   // Writes one Category element per category into ds:Categories, with no line feeds between.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Category child of ds:Categories. A category whose name repeats an earlier one
   // is dropped silently; the error state is clear when this returns.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent);

@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -83,7 +84,8 @@ class DisplayItem : public std::enable_shared_from_this<DisplayItem> {
   // Screen element `parNode` and fills it. A request or data display without its reference
   // object writes nothing. A data display (or one of another type) whose request or data can
   // no longer be found throws error 91.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the Display or Input element `parNode`. Geometry, colours and font keep their
   // defaults when missing or unreadable. A missing or unknown request or data name writes an
   // entry to the event log and leaves error 1 pending (source "DisplayItem.loadXml"), so that
@@ -122,7 +124,8 @@ class DisplayItems : public Collection<DisplayItem> {
   void clear() { ClearItems(); }
 
   // For each display: a line feed, then the display's own element. No trailing line feed.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads the Display and Input children of the Screen element in document order, dropping
   // the displays whose reading fails; the error state is clear when this returns.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<ScreenItem>& parent);

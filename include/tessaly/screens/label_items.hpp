@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -58,7 +59,8 @@ class LabelItem {
   // Releases the parent.
   void clear() { parent_.reset(); }
   // Fills the Label element: Text, Color, Alignment, then Rectangle and Font.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads a Label element. A missing value keeps the property; one that does not convert keeps
   // it too and leaves the conversion's error pending. A label is never refused.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
@@ -91,7 +93,8 @@ class LabelItems : public Collection<LabelItem> {
   void clear() { ClearItems(); }
 
   // For each label: a line feed, then a Label element. No trailing line feed.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Label child of the Screen element, in document order; every label is kept.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<ScreenItem>& parent);
 };

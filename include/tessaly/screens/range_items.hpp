@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -45,7 +46,8 @@ class RangeItem {
   void clear() { parent_.reset(); }
   // Fills the Threshold element: Value (with a sign position), Color, and when SonFlag is set a
   // line feed and a Sound element naming the sound.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads a Threshold element: Value read as a number from its start (0 when absent), Color
   // (255 when absent or unreadable), and the sound from Sound/@Name. Leaves no error pending.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
@@ -72,7 +74,8 @@ class RangeItems : public Collection<RangeItem> {
   void clear() { ClearItems(); }
 
   // One Threshold element per range, in order, with no line feeds between.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Threshold child of the display element; the error state is clear when this
   // returns.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<DisplayItem>& parent);

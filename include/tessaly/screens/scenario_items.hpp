@@ -13,6 +13,7 @@
 #include <string>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -42,7 +43,8 @@ class ScenarioItem {
   // Releases the parent.
   void clear() { parent_.reset(); }
   // Fills the Send element: Delay, then RequestName.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads a Send element. A missing or unknown request name writes an entry to the event log
   // and leaves error 1 pending (source "ScenarioItem.loadXml"), so that the scenario drops the
   // step.
@@ -80,7 +82,8 @@ class ScenarioItems : public Collection<ScenarioItem> {
   // For each step: a Send element; it is filled only when the step's request still exists, so
   // a step whose request is gone is written as an empty Send. No line feeds. Throws error 91
   // when a step is not attached to a target.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Send child of `parNode` in document order; the steps kept are numbered 1, 2, 3
   // ... When the last Send is dropped, its error stays pending.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<ButtonItem>& parent);

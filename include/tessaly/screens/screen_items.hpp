@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "tessaly/common/collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -64,7 +65,8 @@ class ScreenItem : public std::enable_shared_from_this<ScreenItem> {
   // then the labels, the init button's message and Send steps, the buttons and the displays.
   // Throws error 91 when a data display cannot resolve its request or data, or when a button
   // with steps is not attached to a target.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads a Screen element. Without a Name attribute the screen keeps its defaults and gets no
   // contents (reported and cleared at once). Otherwise it creates its init button (first in
   // the button list) and reads, in order, the init button's Send steps, the labels, the
@@ -99,7 +101,8 @@ class ScreenItems : public Collection<ScreenItem> {
   void clear() { ClearItems(); }
 
   // For each screen: a line feed, then a Screen element. No trailing line feed.
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) const;
+  void createXMLnode(pugi::xml_document&, pugi::xml_node parNode) const { createXMLnode(xml::Out(parNode)); }
+  void createXMLnode(xml::Out parNode) const;
   // Reads every Screen child of the Category element. A screen whose name clashes with an
   // earlier one of the category (ignoring case) is dropped; that key error stays pending when
   // it was the last screen.

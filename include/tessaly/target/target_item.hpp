@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "tessaly/common/keyed_collection.hpp"
+#include "tessaly/common/xml_out.hpp"
 
 namespace tessaly {
 
@@ -170,7 +171,10 @@ class TargetItem : public std::enable_shared_from_this<TargetItem> {
 
   // Writes the tsl:Target element into `parNode` (or as the document element when `parNode` is
   // empty).
-  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode);
+  void createXMLnode(pugi::xml_document& odoc, pugi::xml_node parNode) {
+    createXMLnode(parNode ? xml::Out(parNode) : xml::Out(odoc));
+  }
+  void createXMLnode(xml::Out parNode);
   // Reads the target from the tsl:Target element below `parNode`. Errors are trapped: the
   // first error of the target itself, else the error a child reader left, stays pending.
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
