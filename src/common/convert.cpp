@@ -95,6 +95,14 @@ std::string FormatNumber(Float value, int max_digits, bool leading_zero, bool si
   else if (sign_position) out.push_back(' ');
   if (std::isinf(value)) return out + "Inf";
   if (value == 0) return out + "0";
+  const Float magnitude = negative ? -value : value;
+  if (magnitude < (max_digits >= 15 ? Float(1e15) : Float(1e7)) && magnitude == std::trunc(magnitude)) {
+    // A whole number of at most max_digits digits is written as it is: the common case, kept
+    // off the digit decomposition.
+    char whole[24];
+    auto end = std::to_chars(whole, whole + sizeof whole, static_cast<std::int64_t>(magnitude)).ptr;
+    return out.append(whole, end);
+  }
   std::string digits;
   int exp = 0;
   Decompose(negative ? -value : value, max_digits, digits, exp);

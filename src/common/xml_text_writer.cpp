@@ -1,6 +1,8 @@
 #include "common/xml_text_writer.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -24,26 +26,38 @@ constexpr SpecialTable MakeTable(bool attribute) {
 constexpr SpecialTable kTextSpecial = MakeTable(false);
 constexpr SpecialTable kAttributeSpecial = MakeTable(true);
 
-void AppendEscaped(std::string& out, std::string_view value, const SpecialTable& special) {
-  std::size_t run = 0;
-  for (std::size_t i = 0; i < value.size(); ++i) {
-    auto c = static_cast<unsigned char>(value[i]);
-    if (!special[c]) continue;
-    out.append(value.data() + run, i - run);
-    run = i + 1;
-    switch (c) {
-      case 0: return;
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      default: {
-        const char reference[] = {'&', '#', static_cast<char>('0' + c / 10), static_cast<char>('0' + c % 10), ';'};
-        out.append(reference, sizeof reference);
-      }
+// The longest replacement of one byte ("&quot;").
+constexpr std::size_t kMaxEscape = 6;
+
+// Writes `value` escaped at `out`, which has room for kMaxEscape bytes per byte of it; returns
+// the end of what was written.
+char* Escape(char* out, std::string_view value, const SpecialTable& special) {
+  for (char ch : value) {
+    auto c = static_cast<unsigned char>(ch);
+    if (!special[c]) {
+      *out++ = ch;
+      continue;
     }
+    const char* replacement;
+    std::size_t size;
+    switch (c) {
+      case 0: return out;
+      case '&': replacement = "&amp;"; size = 5; break;
+      case '<': replacement = "&lt;"; size = 4; break;
+      case '>': replacement = "&gt;"; size = 4; break;
+      case '"': replacement = "&quot;"; size = 6; break;
+      default:
+        *out++ = '&';
+        *out++ = '#';
+        *out++ = static_cast<char>('0' + c / 10);
+        *out++ = static_cast<char>('0' + c % 10);
+        *out++ = ';';
+        continue;
+    }
+    std::memcpy(out, replacement, size);
+    out += size;
   }
-  out.append(value.data() + run, value.size() - run);
+  return out;
 }
 
 std::string_view UpToNul(std::string_view value) { return value.substr(0, value.find('\0')); }
@@ -54,11 +68,34 @@ TextWriter::TextWriter(Drain drain) : drain_(std::move(drain)) {}
 
 std::string& TextWriter::Finish() {
   while (depth_ > 0) CloseTop();
+  buffer_.resize(used_);
+  used_ = 0;
   if (drain_) {
-    drain_(text_);
-    text_.clear();
+    drain_(buffer_);
+    buffer_.clear();
   }
-  return text_;
+  return buffer_;
+}
+
+char* TextWriter::Room(std::size_t size) {
+  if (buffer_.size() - used_ < size) {
+    if (drain_ && used_ > 0) {
+      drain_(std::string_view(buffer_.data(), used_));
+      used_ = 0;
+    }
+    if (buffer_.size() - used_ < size) buffer_.resize(std::max({buffer_.size() * 2, used_ + size, kDrainSize}));
+  }
+  return buffer_.data() + used_;
+}
+
+void TextWriter::Put(std::string_view text) {
+  std::memcpy(Room(text.size()), text.data(), text.size());
+  used_ += text.size();
+}
+
+void TextWriter::PutEscaped(std::string_view value, bool attribute) {
+  char* start = Room(value.size() * kMaxEscape);
+  used_ += static_cast<std::size_t>(Escape(start, value, attribute ? kAttributeSpecial : kTextSpecial) - start);
 }
 
 Sink::Handle TextWriter::AppendElement(Handle parent, const char* name) {
@@ -66,26 +103,33 @@ Sink::Handle TextWriter::AppendElement(Handle parent, const char* name) {
   if (depth_ == open_.size()) open_.emplace_back();
   Open& element = open_[depth_++];
   element.id = next_++;
-  element.name.assign(name);
+  element.name = name;
   element.content = false;
-  text_ += '<';
-  text_ += element.name;
+  char* out = Room(element.name.size() + 1);
+  *out = '<';
+  std::memcpy(out + 1, element.name.data(), element.name.size());
+  used_ += element.name.size() + 1;
   return element.id;
 }
 
 void TextWriter::SetAttribute(Handle element, const char* name, std::string_view value) {
   if (depth_ == 0 || open_[depth_ - 1].id != element || open_[depth_ - 1].content)
     throw std::logic_error(std::string("XML text writer: attribute ") + name + " set after the element's content");
-  text_ += ' ';
-  text_ += name;
-  text_ += "=\"";
-  AppendEscaped(text_, value, kAttributeSpecial);
-  text_ += '"';
+  const std::size_t length = std::strlen(name);
+  char* out = Room(length + 4 + value.size() * kMaxEscape);
+  *out++ = ' ';
+  std::memcpy(out, name, length);
+  out += length;
+  *out++ = '=';
+  *out++ = '"';
+  out = Escape(out, value, kAttributeSpecial);
+  *out++ = '"';
+  used_ = static_cast<std::size_t>(out - buffer_.data());
 }
 
 void TextWriter::AppendText(Handle parent, std::string_view text) {
   EnterContent(parent);
-  AppendEscaped(text_, text, kTextSpecial);
+  PutEscaped(text, false);
   EndNode(parent);
 }
 
@@ -95,14 +139,14 @@ void TextWriter::AppendCData(Handle parent, std::string_view text) {
   // "]]>" cannot stand inside a section: "]]" ends one and ">" starts the next.
   for (;;) {
     std::size_t end = text.find("]]>");
-    text_ += "<![CDATA[";
+    Put("<![CDATA[");
     if (end == std::string_view::npos) {
-      text_ += text;
-      text_ += "]]>";
+      Put(text);
+      Put("]]>");
       break;
     }
-    text_ += text.substr(0, end + 2);
-    text_ += "]]>";
+    Put(text.substr(0, end + 2));
+    Put("]]>");
     text.remove_prefix(end + 2);
   }
   EndNode(parent);
@@ -110,27 +154,23 @@ void TextWriter::AppendCData(Handle parent, std::string_view text) {
 
 void TextWriter::AppendProcessingInstruction(Handle parent, const char* target, std::string_view value) {
   EnterContent(parent);
-  text_ += "<?";
-  text_ += target;
+  Put("<?");
+  Put(target);
   value = UpToNul(value);
   if (!value.empty()) {
-    text_ += ' ';
+    Put(" ");
     // "?>" would end the instruction early.
     for (std::size_t end; (end = value.find("?>")) != std::string_view::npos; value.remove_prefix(end + 2)) {
-      text_ += value.substr(0, end);
-      text_ += "? >";
+      Put(value.substr(0, end));
+      Put("? >");
     }
-    text_ += value;
+    Put(value);
   }
-  text_ += "?>";
+  Put("?>");
   EndNode(parent);
 }
 
 void TextWriter::EnterContent(Handle parent) {
-  if (drain_ && text_.size() >= kDrainSize) {
-    drain_(text_);
-    text_.clear();
-  }
   if (parent == kDocument) {
     while (depth_ > 0) CloseTop();
     return;
@@ -139,7 +179,7 @@ void TextWriter::EnterContent(Handle parent) {
   if (depth_ == 0) throw std::logic_error("XML text writer: writing into an element already closed");
   Open& element = open_[depth_ - 1];
   if (!element.content) {
-    text_ += '>';
+    Put(">");
     element.content = true;
   }
 }
@@ -147,17 +187,20 @@ void TextWriter::EnterContent(Handle parent) {
 void TextWriter::CloseTop() {
   Open& element = open_[--depth_];
   if (element.content) {
-    text_ += "</";
-    text_ += element.name;
-    text_ += '>';
+    char* out = Room(element.name.size() + 3);
+    out[0] = '<';
+    out[1] = '/';
+    std::memcpy(out + 2, element.name.data(), element.name.size());
+    out[element.name.size() + 2] = '>';
+    used_ += element.name.size() + 3;
   } else {
-    text_ += "/>";
+    Put("/>");
   }
   if (depth_ == 0) EndNode(kDocument);
 }
 
 void TextWriter::EndNode(Handle parent) {
-  if (parent == kDocument) text_ += "\r\n";
+  if (parent == kDocument) Put("\r\n");
 }
 
 }  // namespace tessaly::xml

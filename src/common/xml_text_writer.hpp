@@ -40,9 +40,15 @@ class TextWriter final : public Sink {
   static constexpr Handle kDocument = 0;
   struct Open {
     Handle id = 0;
-    std::string name;
-    bool content = false;  // the start tag is closed by '>'
+    std::string_view name;  // as given to AppendElement, which must outlive the element
+    bool content = false;   // the start tag is closed by '>'
   };
+
+  // Room for `size` more bytes at the end of the text (the text held so far goes to the drain
+  // first when it does not fit); the caller writes there and adds what it wrote to used_.
+  char* Room(std::size_t size);
+  void Put(std::string_view text);
+  void PutEscaped(std::string_view value, bool attribute);
 
   // Closes the elements started inside `parent` and, when `parent` is an element whose start
   // tag is still open, closes the start tag. std::logic_error when `parent` is closed already.
@@ -52,7 +58,8 @@ class TextWriter final : public Sink {
   void EndNode(Handle parent);
 
   Drain drain_;
-  std::string text_;
+  std::string buffer_;    // the text not yet drained is its first used_ bytes
+  std::size_t used_ = 0;
   std::vector<Open> open_;  // open elements, outermost first; the first depth_ are in use
   std::size_t depth_ = 0;
   Handle next_ = kDocument + 1;
