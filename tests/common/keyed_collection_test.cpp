@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "support/test_support.hpp"
 
 namespace tessaly {
@@ -67,6 +72,111 @@ TEST(KeyedCollectionTest, PositionOfComparesIdentity) {
   c.Append(a);
   EXPECT_EQ(c.PositionOf(a.get()), 1);
   EXPECT_EQ(c.PositionOf(b.get()), 0);
+}
+
+
+// A plain model of the collection: items and keys in order, keys found by a scan.
+struct Model {
+  std::vector<std::pair<std::string, std::string>> entries;  // item text, key
+  std::ptrdiff_t Find(std::string_view key) const {
+    if (key.empty()) return -1;
+    for (std::size_t i = 0; i < entries.size(); ++i)
+      if (FoldCase(entries[i].second) == FoldCase(key)) return static_cast<std::ptrdiff_t>(i);
+    return -1;
+  }
+};
+
+void ExpectSame(const Texts& c, const Model& m, const std::vector<std::string>& keys) {
+  ASSERT_EQ(c.Count(), static_cast<std::int32_t>(m.entries.size()));
+  for (std::size_t i = 0; i < m.entries.size(); ++i) {
+    EXPECT_EQ(*c.Item(static_cast<std::int32_t>(i + 1)), m.entries[i].first);
+    EXPECT_EQ(c.KeyAt(static_cast<std::int32_t>(i + 1)), m.entries[i].second);
+  }
+  for (const std::string& key : keys) {
+    std::ptrdiff_t at = m.Find(key);
+    ASSERT_EQ(c.ContainsKey(key), at >= 0) << key;
+    if (at >= 0) {
+      EXPECT_EQ(*c.Find(key), m.entries[static_cast<std::size_t>(at)].first) << key;
+    }
+  }
+}
+
+TEST(KeyedCollectionTest, RandomEditsAgreeWithAPlainModel) {
+  // Few distinct keys in mixed letter case, so that insertions collide with held keys, removals
+  // empty slots in the middle of probe runs, and the index grows and is renumbered often.
+  std::vector<std::string> keys;
+  for (int i = 0; i < 300; ++i) {
+    keys.push_back("k" + std::to_string(i));
+    keys.push_back("K" + std::to_string(i));
+  }
+  std::mt19937 random(7);
+  auto pick = [&](std::size_t n) { return static_cast<std::size_t>(random() % n); };
+  Texts c;
+  Model m;
+  int serial = 0;
+  for (int step = 0; step < 6000; ++step) {
+    const std::string text = "item" + std::to_string(serial++);
+    const std::string key = pick(4) == 0 ? std::string() : keys[pick(keys.size())];
+    switch (pick(6)) {
+      case 0:
+      case 1:
+      case 2: {
+        const bool clash = m.Find(key) >= 0;
+        const std::size_t at = m.entries.empty() ? 0 : pick(m.entries.size() + 1);
+        try {
+          if (at == m.entries.size()) c.Append(S(text.c_str()), key);
+          else c.InsertBefore(static_cast<std::int32_t>(at + 1), S(text.c_str()), key);
+          ASSERT_FALSE(clash) << key;
+          m.entries.insert(m.entries.begin() + static_cast<std::ptrdiff_t>(at), {text, key});
+        } catch (const Error& e) {
+          ASSERT_TRUE(clash) << key;
+          EXPECT_EQ(e.Number(), 457);
+        }
+        break;
+      }
+      case 3:
+        if (!m.entries.empty()) {
+          const std::size_t at = pick(m.entries.size());
+          c.Remove(static_cast<std::int32_t>(at + 1));
+          m.entries.erase(m.entries.begin() + static_cast<std::ptrdiff_t>(at));
+        }
+        break;
+      case 4: {
+        const std::ptrdiff_t at = m.Find(key);
+        if (at >= 0) {
+          c.Remove(key);
+          m.entries.erase(m.entries.begin() + at);
+        }
+        break;
+      }
+      default:
+        if (pick(40) == 0) {
+          const std::size_t count = pick(5);
+          c.RemoveFirst(count);
+          m.entries.erase(m.entries.begin(), m.entries.begin() + static_cast<std::ptrdiff_t>(std::min(count, m.entries.size())));
+        }
+    }
+    if (step % 250 == 0) ExpectSame(c, m, keys);
+  }
+  ExpectSame(c, m, keys);
+  Texts copy(c);
+  ExpectSame(copy, m, keys);
+}
+
+TEST(KeyedCollectionTest, ManyKeysStayReachableAfterGrowthAndRemovals) {
+  Texts c;
+  for (int i = 0; i < 20000; ++i) c.Append(S(std::to_string(i).c_str()), "kData_" + std::to_string(i));
+  for (int i = 0; i < 20000; i += 3) c.Remove("KDATA_" + std::to_string(i));
+  EXPECT_EQ(c.Count(), 20000 - 6667);
+  for (int i = 0; i < 20000; ++i) {
+    const std::string key = "kdata_" + std::to_string(i);
+    if (i % 3 == 0) {
+      EXPECT_FALSE(c.ContainsKey(key));
+    } else {
+      ASSERT_TRUE(c.ContainsKey(key)) << key;
+      EXPECT_EQ(*c.Item(key), std::to_string(i));
+    }
+  }
 }
 
 }  // namespace

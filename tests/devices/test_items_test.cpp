@@ -31,7 +31,7 @@ std::string WriteTest(const TestItem& test) {
 
 std::vector<std::string> Keys(const FlagList& list) {
   std::vector<std::string> keys;
-  for (std::int32_t i = 1; i <= list.Count(); ++i) keys.push_back(list.KeyAt(i));
+  for (std::int32_t i = 1; i <= list.Count(); ++i) keys.emplace_back(list.KeyAt(i));
   return keys;
 }
 

@@ -141,7 +141,7 @@ void WriteRequests(ModelWriter& w, const RequestItems& requests) {
 void WriteFlags(ModelWriter& w, const char* what, const FlagList& flags) {
   for (std::int32_t i = 1; i <= flags.Count(); ++i) {
     w.Open(what);
-    w.Value("key", flags.KeyAt(i));
+    w.Value("key", std::string(flags.KeyAt(i)));
     w.Value("dataName", flags.Item(i)->dataName());
     w.Close();
   }

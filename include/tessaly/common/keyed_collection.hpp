@@ -1,7 +1,8 @@
 // The keyed collection shared by every collection class of the model: items in insertion order,
 // reached by 1-based position or by an optional text key. Keys are unique and compared without
 // regard to letter case (see FoldCase); key look-up takes constant time. Each key is stored once,
-// as given.
+// as given, beside its item; an open-addressing index of positions finds it (inserting or
+// removing other than at the end renumbers the index, as it moves the items after it).
 //
 // Errors, with the platform's numbers and texts: a position outside 1..Count is error 9, a
 // missing key error 5, a key that is already used error 457. None is caught here.
@@ -13,10 +14,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "tessaly/common/convert.hpp"
@@ -24,24 +25,22 @@
 
 namespace tessaly {
 
-// Hashing and comparison of keys without regard to letter case (as FoldCase folds them), for
-// look-ups by any text without building a folded copy.
-struct FoldedKeyHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view key) const noexcept { return FoldedHash(key); }
-};
-struct FoldedKeyEqual {
-  using is_transparent = void;
-  bool operator()(std::string_view a, std::string_view b) const noexcept { return FoldedEqual(a, b); }
-};
-
 template <class T>
 class KeyedCollection {
  private:
-  // An item, and its key as given (a key of keys_), or null when it has none.
+  // An item and its key as given (empty when it has none), with the key's hash.
   struct Entry {
     std::shared_ptr<T> item;
-    const std::string* key;
+    std::unique_ptr<char[]> key;
+    std::uint32_t size = 0;
+    std::uint32_t hash = 0;
+    std::string_view Key() const noexcept { return {key.get(), size}; }
+  };
+  // A slot of the key index: 1 + the position of a keyed entry in entries_ (0: a free slot),
+  // and the low bits of its key's hash.
+  struct Slot {
+    std::uint32_t entry = 0;
+    std::uint32_t hash = 0;
   };
 
  public:
@@ -84,21 +83,18 @@ class KeyedCollection {
   const Ptr& Item(std::int32_t position) const { return entries_[Index(position)].item; }
   // The item under `key`; error 5 when no item has that key.
   const Ptr& Item(std::string_view key) const {
-    auto it = keys_.find(key);
-    if (it == keys_.end()) RaisePlatform(errc::kInvalidCall);
-    return it->second;
+    std::size_t slot = FindSlot(key);
+    if (slot == kNone) RaisePlatform(errc::kInvalidCall);
+    return entries_[slots_[slot].entry - 1].item;
   }
   // The item under `key`, or nullptr.
   Ptr Find(std::string_view key) const {
-    auto it = keys_.find(key);
-    return it == keys_.end() ? nullptr : it->second;
+    std::size_t slot = FindSlot(key);
+    return slot == kNone ? nullptr : entries_[slots_[slot].entry - 1].item;
   }
-  bool ContainsKey(std::string_view key) const { return keys_.find(key) != keys_.end(); }
+  bool ContainsKey(std::string_view key) const { return FindSlot(key) != kNone; }
   // The key under which the item at `position` is held ("" when unkeyed).
-  const std::string& KeyAt(std::int32_t position) const {
-    const std::string* key = entries_[Index(position)].key;
-    return key != nullptr ? *key : NoKey();
-  }
+  std::string_view KeyAt(std::int32_t position) const { return entries_[Index(position)].Key(); }
 
   // 1-based position of the very same object, or 0.
   std::int32_t PositionOf(const T* item) const noexcept {
@@ -114,65 +110,119 @@ class KeyedCollection {
     Insert(Index(position), std::move(item), key);
   }
 
-  void Remove(std::int32_t position) {
-    std::size_t i = Index(position);
-    ForgetKey(entries_[i]);
-    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(i));
-  }
+  void Remove(std::int32_t position) { Erase(Index(position)); }
   void Remove(std::string_view key) {
-    auto it = keys_.find(key);
-    if (it == keys_.end()) RaisePlatform(errc::kInvalidCall);
-    Remove(PositionOf(it->second.get()));
+    std::size_t slot = FindSlot(key);
+    if (slot == kNone) RaisePlatform(errc::kInvalidCall);
+    Erase(slots_[slot].entry - 1);
   }
   // Removes the first `count` entries (all of them when there are fewer).
   void RemoveFirst(std::size_t count) {
     count = std::min(count, entries_.size());
-    for (std::size_t i = 0; i < count; ++i) ForgetKey(entries_[i]);
     entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(count));
+    Reindex();
   }
   void RemoveAll() noexcept {
     entries_.clear();
-    keys_.clear();
+    slots_.clear();
+    keyed_ = 0;
   }
 
   const_iterator begin() const { return const_iterator(entries_.begin()); }
   const_iterator end() const { return const_iterator(entries_.end()); }
 
  private:
-  static const std::string& NoKey() {
-    static const std::string none;
-    return none;
-  }
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
   std::size_t Index(std::int32_t position) const {
     if (position < 1 || position > Count()) RaisePlatform(errc::kSubscript);
     return static_cast<std::size_t>(position - 1);
   }
+  static std::uint32_t HashOf(std::string_view key) noexcept { return static_cast<std::uint32_t>(FoldedHash(key)); }
+  std::size_t Mask() const noexcept { return slots_.size() - 1; }
+
+  // The slot holding `key`, or kNone. The index is probed linearly from the hash's own slot.
+  std::size_t FindSlot(std::string_view key) const {
+    if (keyed_ == 0 || key.empty()) return kNone;
+    const std::uint32_t hash = HashOf(key);
+    for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
+      const Slot& slot = slots_[i];
+      if (slot.entry == 0) return kNone;
+      if (slot.hash == hash && FoldedEqual(entries_[slot.entry - 1].Key(), key)) return i;
+    }
+  }
+  // Puts entry `index` (keyed, hash `hash`) into a free slot; the index has room for it.
+  void Place(std::size_t index, std::uint32_t hash) noexcept {
+    std::size_t i = hash & Mask();
+    while (slots_[i].entry != 0) i = (i + 1) & Mask();
+    slots_[i] = Slot{static_cast<std::uint32_t>(index + 1), hash};
+  }
+  // Rebuilds the index for the entries as they are, with room for `extra` more keys.
+  void Reindex(std::size_t extra = 0) {
+    std::size_t keyed = 0;
+    for (const Entry& entry : entries_) keyed += entry.size != 0;
+    std::size_t capacity = 8;
+    while (capacity < 2 * (keyed + extra)) capacity *= 2;
+    std::vector<Slot> slots(keyed + extra == 0 ? 0 : capacity);
+    slots_.swap(slots);
+    keyed_ = keyed;
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+      if (entries_[i].size != 0) Place(i, entries_[i].hash);
+  }
+  // Adds `delta` to the entry numbers of the slots at or after entry `from`.
+  void Shift(std::size_t from, std::int32_t delta) noexcept {
+    for (Slot& slot : slots_)
+      if (slot.entry > from) slot.entry = static_cast<std::uint32_t>(static_cast<std::int64_t>(slot.entry) + delta);
+  }
+
   void Insert(std::size_t index, Ptr item, std::string_view key) {
-    const std::string* held = nullptr;
+    Entry entry{std::move(item), nullptr, 0, 0};
     if (!key.empty()) {
-      auto [it, inserted] = keys_.try_emplace(std::string(key), item);
-      if (!inserted) RaisePlatform(errc::kDuplicateKey);
-      held = &it->first;
+      if (FindSlot(key) != kNone) RaisePlatform(errc::kDuplicateKey);
+      // Room first, so that nothing below can fail once the entry is in.
+      if (2 * (keyed_ + 1) > slots_.size()) Reindex(1);
+      entry.key.reset(new char[key.size()]);
+      std::memcpy(entry.key.get(), key.data(), key.size());
+      entry.size = static_cast<std::uint32_t>(key.size());
+      entry.hash = HashOf(key);
     }
-    try {
-      entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(index), Entry{std::move(item), held});
-    } catch (...) {
-      if (held != nullptr) keys_.erase(keys_.find(std::string_view(*held)));
-      throw;
+    const bool keyed = entry.size != 0;
+    const std::uint32_t hash = entry.hash;
+    entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(index), std::move(entry));
+    if (index + 1 < entries_.size()) Shift(index, 1);
+    if (keyed) {
+      Place(index, hash);
+      ++keyed_;
     }
   }
-  // Drops the key of `entry`, if it has one (the key text goes with it).
-  void ForgetKey(Entry& entry) {
-    if (entry.key == nullptr) return;
-    keys_.erase(keys_.find(std::string_view(*entry.key)));
-    entry.key = nullptr;
+
+  void Erase(std::size_t index) {
+    if (entries_[index].size != 0) {
+      const std::size_t slot = FindSlot(entries_[index].Key());
+      // Backward-shift deletion: the slots after the freed one move up when their own slot is
+      // not between the two, so that no probe sequence is broken.
+      std::size_t hole = slot;
+      for (std::size_t j = (slot + 1) & Mask(); slots_[j].entry != 0; j = (j + 1) & Mask()) {
+        const std::size_t home = slots_[j].hash & Mask();
+        const bool between = hole <= j ? (hole < home && home <= j) : (hole < home || home <= j);
+        if (between) continue;
+        slots_[hole] = slots_[j];
+        hole = j;
+      }
+      slots_[hole] = Slot{};
+      --keyed_;
+    }
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (index < entries_.size()) Shift(index + 1, -1);
   }
+
   void CopyFrom(const KeyedCollection& other) {
-    for (const Entry& entry : other.entries_) Append(entry.item, entry.key != nullptr ? *entry.key : std::string_view());
+    for (const Entry& entry : other.entries_) Append(entry.item, entry.Key());
   }
 
   std::vector<Entry> entries_;
-  std::unordered_map<std::string, Ptr, FoldedKeyHash, FoldedKeyEqual> keys_;
+  std::vector<Slot> slots_;  // a power of two in size, at most half full; empty without keys
+  std::size_t keyed_ = 0;
 };
 
 }  // namespace tessaly
