@@ -70,13 +70,15 @@ std::optional<std::string_view> Attr(pugi::xml_node node, const char* name) {
 }
 
 std::string Text(pugi::xml_node node) {
+  auto holdsText = [](pugi::xml_node n) {
+    return n.type() == pugi::node_pcdata || n.type() == pugi::node_cdata;
+  };
+  if (holdsText(node) || node.type() == pugi::node_comment) return node.value();
+  // The usual element holds one text or CDATA node: its text is taken as it is.
+  pugi::xml_node only = node.first_child();
+  if (only && !only.next_sibling() && holdsText(only)) return only.value();
   std::string out;
-  if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata ||
-      node.type() == pugi::node_comment) {
-    out = node.value();
-  } else {
-    AppendTextTo(out, node);
-  }
+  AppendTextTo(out, node);
   return out;
 }
 
@@ -86,10 +88,15 @@ std::string_view BaseName(pugi::xml_node node) {
   return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
+void Store(std::string& out, std::string_view value) {
+  if (value.size() > out.capacity()) out = std::string(value);
+  else out.assign(value);
+}
+
 bool ReadText(pugi::xml_node node, const char* name, std::string& out) {
   auto value = Attr(node, name);
   if (!value) return false;
-  out.assign(*value);
+  Store(out, *value);
   return true;
 }
 

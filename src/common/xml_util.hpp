@@ -38,6 +38,11 @@ std::string Text(pugi::xml_node node);
 // Local name: the part of the element's name after the prefix.
 std::string_view BaseName(pugi::xml_node node);
 
+// Stores `value` in `out`. A text that does not fit gets a buffer of its own size, where
+// assigning would round the buffer up to twice the short-text capacity (a model holds many
+// names just too long for that).
+void Store(std::string& out, std::string_view value);
+
 // Reading an attribute into a property. Each returns false and leaves `out` unchanged when the
 // attribute is missing; the integer and boolean forms throw the conversion's error (13, 6)
 // when the text does not convert.

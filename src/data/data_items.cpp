@@ -123,7 +123,7 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
     return;
   }
   // Stored directly: reading never runs the duplicate check of the setter.
-  dataName_.assign(*name);
+  xml::Store(dataName_, *name);
 
   Description_ = data::ReadComment(parNode);
   Mnemo_ = xml::Text(xml::Child(parNode, "Mnemonic"));

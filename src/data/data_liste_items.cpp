@@ -72,7 +72,7 @@ void DataListeItem::loadXml(pugi::xml_document& /*odoc*/, pugi::xml_node parNode
     Err().Raise(errc::kModel, kItemLoadSource, PlatformDescription(errc::kObjectNotSet));
     return;
   }
-  libelle_.assign(*text);
+  xml::Store(libelle_, *text);
 
   auto value = xml::Attr(parNode, "Value");
   if (!value) {

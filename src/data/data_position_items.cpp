@@ -73,7 +73,7 @@ void DataPositionItem::loadXml(pugi::xml_document& /*odoc*/, pugi::xml_node parN
     Err().Raise(errc::kModel, kLoadSource, PlatformDescription(errc::kObjectNotSet));
     return;
   }
-  dataName_.assign(*name);
+  xml::Store(dataName_, *name);
 
   if (!data()) {
     std::shared_ptr<RequestItem> request = parent();

@@ -96,7 +96,7 @@ void RequestItem::loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode) {
     Err().Raise(errc::kMissingName, kLoadSource, "RequestItem.loadXml error : Name not defined");
     return;
   }
-  requestName_.assign(*name);
+  xml::Store(requestName_, *name);
 
   Commentaire_ = data::ReadComment(reqNode);
   DossierMaintenabilite_ = static_cast<bool>(xml::Child(reqNode, "DossierMaintenabilite"));

@@ -47,7 +47,7 @@ void DeviceDataItem::loadXml(pugi::xml_document&, pugi::xml_node element) {
     Err().Raise(errc::kModel, kLibrarySource, PlatformDescription(errc::kObjectNotSet));
     return;
   }
-  dataName_.assign(*name);
+  xml::Store(dataName_, *name);
   FlagPanne_ = false;
   Trap([&] { xml::ReadBool(element, "FailureFlag", FlagPanne_); });
 }

@@ -121,7 +121,7 @@ void OrganeItem::loadXml(pugi::xml_document& odoc, pugi::xml_node element) {
     Err().Raise(errc::kMissingName, kLoadSource, "OrganeItem.loadXml error : Device Name not defined");
     return;
   }
-  organeName_.assign(*name);
+  xml::Store(organeName_, *name);
   Mnemonique_ = xml::Text(xml::Child(element, "Mnemonic"));
 
   // The first error of the device's own values is kept apart: the readers of the links and
