@@ -85,12 +85,12 @@ class KeyedCollection {
   const Ptr& Item(std::string_view key) const {
     std::size_t slot = FindSlot(key);
     if (slot == kNone) RaisePlatform(errc::kInvalidCall);
-    return entries_[slots_[slot].entry - 1].item;
+    return entries_[index_->slots[slot].entry - 1].item;
   }
   // The item under `key`, or nullptr.
   Ptr Find(std::string_view key) const {
     std::size_t slot = FindSlot(key);
-    return slot == kNone ? nullptr : entries_[slots_[slot].entry - 1].item;
+    return slot == kNone ? nullptr : entries_[index_->slots[slot].entry - 1].item;
   }
   bool ContainsKey(std::string_view key) const { return FindSlot(key) != kNone; }
   // The key under which the item at `position` is held ("" when unkeyed).
@@ -114,7 +114,7 @@ class KeyedCollection {
   void Remove(std::string_view key) {
     std::size_t slot = FindSlot(key);
     if (slot == kNone) RaisePlatform(errc::kInvalidCall);
-    Erase(slots_[slot].entry - 1);
+    Erase(index_->slots[slot].entry - 1);
   }
   // Removes the first `count` entries (all of them when there are fewer).
   void RemoveFirst(std::size_t count) {
@@ -124,8 +124,7 @@ class KeyedCollection {
   }
   void RemoveAll() noexcept {
     entries_.clear();
-    slots_.clear();
-    keyed_ = 0;
+    index_.reset();
   }
 
   const_iterator begin() const { return const_iterator(entries_.begin()); }
@@ -139,39 +138,46 @@ class KeyedCollection {
     return static_cast<std::size_t>(position - 1);
   }
   static std::uint32_t HashOf(std::string_view key) noexcept { return static_cast<std::uint32_t>(FoldedHash(key)); }
-  std::size_t Mask() const noexcept { return slots_.size() - 1; }
+  std::size_t Mask() const noexcept { return index_->slots.size() - 1; }
 
   // The slot holding `key`, or kNone. The index is probed linearly from the hash's own slot.
   std::size_t FindSlot(std::string_view key) const {
-    if (keyed_ == 0 || key.empty()) return kNone;
+    if (!index_ || index_->keyed == 0 || key.empty()) return kNone;
     const std::uint32_t hash = HashOf(key);
     for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
-      const Slot& slot = slots_[i];
+      const Slot& slot = index_->slots[i];
       if (slot.entry == 0) return kNone;
       if (slot.hash == hash && FoldedEqual(entries_[slot.entry - 1].Key(), key)) return i;
     }
   }
   // Puts entry `index` (keyed, hash `hash`) into a free slot; the index has room for it.
   void Place(std::size_t index, std::uint32_t hash) noexcept {
+    std::vector<Slot>& slots = index_->slots;
     std::size_t i = hash & Mask();
-    while (slots_[i].entry != 0) i = (i + 1) & Mask();
-    slots_[i] = Slot{static_cast<std::uint32_t>(index + 1), hash};
+    while (slots[i].entry != 0) i = (i + 1) & Mask();
+    slots[i] = Slot{static_cast<std::uint32_t>(index + 1), hash};
   }
   // Rebuilds the index for the entries as they are, with room for `extra` more keys.
   void Reindex(std::size_t extra = 0) {
     std::size_t keyed = 0;
     for (const Entry& entry : entries_) keyed += entry.size != 0;
+    if (keyed + extra == 0) {
+      index_.reset();
+      return;
+    }
     std::size_t capacity = 8;
     while (capacity < 2 * (keyed + extra)) capacity *= 2;
-    std::vector<Slot> slots(keyed + extra == 0 ? 0 : capacity);
-    slots_.swap(slots);
-    keyed_ = keyed;
+    auto index = std::make_unique<KeyIndex>();
+    index->slots.resize(capacity);
+    index->keyed = keyed;
+    index_ = std::move(index);
     for (std::size_t i = 0; i < entries_.size(); ++i)
       if (entries_[i].size != 0) Place(i, entries_[i].hash);
   }
   // Adds `delta` to the entry numbers of the slots at or after entry `from`.
   void Shift(std::size_t from, std::int32_t delta) noexcept {
-    for (Slot& slot : slots_)
+    if (!index_) return;
+    for (Slot& slot : index_->slots)
       if (slot.entry > from) slot.entry = static_cast<std::uint32_t>(static_cast<std::int64_t>(slot.entry) + delta);
   }
 
@@ -180,7 +186,7 @@ class KeyedCollection {
     if (!key.empty()) {
       if (FindSlot(key) != kNone) RaisePlatform(errc::kDuplicateKey);
       // Room first, so that nothing below can fail once the entry is in.
-      if (2 * (keyed_ + 1) > slots_.size()) Reindex(1);
+      if (!index_ || 2 * (index_->keyed + 1) > index_->slots.size()) Reindex(1);
       entry.key.reset(new char[key.size()]);
       std::memcpy(entry.key.get(), key.data(), key.size());
       entry.size = static_cast<std::uint32_t>(key.size());
@@ -192,25 +198,26 @@ class KeyedCollection {
     if (index + 1 < entries_.size()) Shift(index, 1);
     if (keyed) {
       Place(index, hash);
-      ++keyed_;
+      ++index_->keyed;
     }
   }
 
   void Erase(std::size_t index) {
     if (entries_[index].size != 0) {
+      std::vector<Slot>& slots = index_->slots;
       const std::size_t slot = FindSlot(entries_[index].Key());
       // Backward-shift deletion: the slots after the freed one move up when their own slot is
       // not between the two, so that no probe sequence is broken.
       std::size_t hole = slot;
-      for (std::size_t j = (slot + 1) & Mask(); slots_[j].entry != 0; j = (j + 1) & Mask()) {
-        const std::size_t home = slots_[j].hash & Mask();
+      for (std::size_t j = (slot + 1) & Mask(); slots[j].entry != 0; j = (j + 1) & Mask()) {
+        const std::size_t home = slots[j].hash & Mask();
         const bool between = hole <= j ? (hole < home && home <= j) : (hole < home || home <= j);
         if (between) continue;
-        slots_[hole] = slots_[j];
+        slots[hole] = slots[j];
         hole = j;
       }
-      slots_[hole] = Slot{};
-      --keyed_;
+      slots[hole] = Slot{};
+      --index_->keyed;
     }
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
     if (index < entries_.size()) Shift(index + 1, -1);
@@ -220,9 +227,14 @@ class KeyedCollection {
     for (const Entry& entry : other.entries_) Append(entry.item, entry.Key());
   }
 
+  // The key index: slots a power of two in number, at most half of them used.
+  struct KeyIndex {
+    std::vector<Slot> slots;
+    std::size_t keyed = 0;
+  };
+
   std::vector<Entry> entries_;
-  std::vector<Slot> slots_;  // a power of two in size, at most half full; empty without keys
-  std::size_t keyed_ = 0;
+  std::unique_ptr<KeyIndex> index_;  // null while no entry has a key
 };
 
 }  // namespace tessaly
