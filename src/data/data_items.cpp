@@ -179,14 +179,17 @@ std::shared_ptr<DataItem> DataItems::Add(std::string dataName) {
 
 std::shared_ptr<DataItem> DataItems::AddDataSorted(const std::shared_ptr<DataItem>& vData) {
   const std::string& name = vData->dataName();
-  for (const auto& item : inner_)
-    if (item->dataName() == name) Raise(errc::kModel, "DataItems.AddDataSorted", "Duplicate data name '" + name + "'");
-
-  // The new item goes before the LAST item whose name sorts after its own (comparison by
-  // character codes); the scan deliberately runs to the end.
+  // One pass finds both a name held exactly (refused before any change) and where the new
+  // item goes: before the LAST item whose name sorts after its own (comparison by character
+  // codes), so the scan deliberately runs to the end.
   std::int32_t pos = 0;
-  for (std::int32_t i = 1; i <= inner_.Count(); ++i)
-    if (name < inner_.Item(i)->dataName()) pos = i;
+  std::int32_t i = 0;
+  for (const auto& item : inner_) {
+    ++i;
+    const int order = name.compare(item->dataName());
+    if (order == 0) Raise(errc::kModel, "DataItems.AddDataSorted", "Duplicate data name '" + name + "'");
+    if (order < 0) pos = i;
+  }
 
   const std::string key = Key(name);
   if (pos == 0) {

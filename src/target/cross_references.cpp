@@ -4,6 +4,8 @@
 // the requests, the devices or the screens. Every query and edit below walks each structure a
 // fixed number of times, collecting what it needs first and changing things afterwards, so an
 // edit costs the same number of walks whether a name has one user or thousands.
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -173,6 +175,12 @@ void DeletePlacements(TargetItem& target, const Deletion& deletion) {
   std::vector<std::pair<std::shared_ptr<DataPositionItem>, std::size_t>> references;
   std::unordered_map<std::string, std::size_t> referenceIndex;
   std::unordered_set<NamePair, NamePairHash> shown;
+  // The lengths of the names in `shown`, one bit each (the last bit for every long name): most
+  // displays are told apart by the length of a name, held in the display's own object, without
+  // reading the names' texts or hashing them.
+  auto lengthBit = [](std::size_t length) { return std::uint64_t{1} << std::min<std::size_t>(length, 63); };
+  std::uint64_t shownRequestLengths = 0;
+  std::uint64_t shownDataLengths = 0;
   for (const Placement& placement : deletion.placements) {
     const std::string& dataName = placement.position->dataName();
     if (placement.position->reference()) {
@@ -181,6 +189,8 @@ void DeletePlacements(TargetItem& target, const Deletion& deletion) {
       ++references[it->second].second;
     }
     shown.insert({placement.request->requestName(), dataName});
+    shownRequestLengths |= lengthBit(placement.request->requestName().size());
+    shownDataLengths |= lengthBit(dataName.size());
   }
   const std::string* requestName = deletion.requestName;
 
@@ -204,7 +214,9 @@ void DeletePlacements(TargetItem& target, const Deletion& deletion) {
   auto visitDisplay = [&](const std::shared_ptr<ScreenItem>& screen, const std::shared_ptr<DisplayItem>& display) {
     const std::shared_ptr<DisplayDataItem>& shows = display->DisplayDataItem();
     const std::shared_ptr<DisplayExtraItem>& names = display->DisplayExtraItem();
-    if ((shows && !shown.empty() && shown.count({shows->requestName(), shows->dataName()}) != 0) ||
+    if ((shows && (shownDataLengths & lengthBit(shows->dataName().size())) != 0 &&
+         (shownRequestLengths & lengthBit(shows->requestName().size())) != 0 &&
+         shown.count({shows->requestName(), shows->dataName()}) != 0) ||
         (requestName && names && names->requestName() == *requestName))
       displays.push_back({screen, display});
   };
