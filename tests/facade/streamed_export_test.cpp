@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iterator>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "common/document_io.hpp"
 #include "ecu_generator.hpp"
@@ -92,6 +95,31 @@ TEST(StreamedExportTest, SavedFileHoldsTheStreamedText) {
   std::string saved = testing::ReadFileBytes(dir.File("out.xml"));
   EXPECT_GT(saved.size(), std::size_t{1} << 20);
   EXPECT_EQ(saved, ThroughDom(lib));
+}
+
+TEST(StreamedExportTest, ModelErrorWhileWritingLeavesTheExistingFileUnchanged) {
+  testing::TempDir dir;
+  testing::WriteFileBytes(dir.File("out.xml"), "before");
+  TessalyLibXml lib;
+  ImportFileQuietly(lib, Documents() / "json" / "every-kind.xml");
+  lib.ActiveTarget()->Projects()->Append(std::make_shared<std::string>("2nd"), "2nd");
+  EXPECT_TESSALY_ERROR(lib.ExportUceToXml(dir.File("out.xml")), 1, "TargetItem.createXMLnode",
+                       "Project name '2nd' is not an XML name");
+  EXPECT_EQ(testing::ReadFileBytes(dir.File("out.xml")), "before");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), std::filesystem::directory_iterator()), 1);
+}
+
+TEST(StreamedExportTest, FileThatCannotBeOpenedIsReportedBeforeTheModelIsWritten) {
+  testing::TempDir dir;
+  TessalyLibXml lib;
+  std::vector<std::string> warnings;
+  ImportFileQuietly(lib, Documents() / "json" / "every-kind.xml");
+  lib.set_WarningInfo([&](const std::string& c, const std::string& m) { warnings.push_back(c + ": " + m); });
+  lib.ActiveTarget()->Projects()->Append(std::make_shared<std::string>("2nd"), "2nd");
+  lib.ExportUceToXml(dir.File("missing/out.xml"));
+  ASSERT_TRUE(lib.LastSaveError());
+  EXPECT_EQ(lib.LastSaveError()->Number(), 2);
+  EXPECT_EQ(warnings, std::vector<std::string>{"ExportParametersToXml: Save error (number : 2)"});
 }
 
 TEST(StreamedExportTest, WriteDocumentWithoutATargetIsError91) {
