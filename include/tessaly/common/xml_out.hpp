@@ -3,11 +3,11 @@
 // pugi::xml_node) or an element of the text writer that the export uses to stream a document to
 // its file without building a DOM first.
 //
-// A writer appends elements, attributes and text in document order. Into a DOM, the order of
-// the calls does not matter; a text sink writes each call as it comes, so a writer sets every
-// attribute of an element before it appends anything inside it, and appends to an element only
-// while no element after it has been started outside of it. A text sink refuses any other
-// order with std::logic_error, which the byte-for-byte tests of every writer would show.
+// A writer appends elements, attributes and text in document order. A DOM would also accept
+// an attribute set late, or a child appended to an element after its next sibling; a text sink
+// writes each call as it comes, so a writer sets every attribute of an element before it
+// appends anything inside it, and appends to an element only while no element after it has been
+// started outside of it. A text sink refuses any other order with std::logic_error.
 #ifndef TESSALY_COMMON_XML_OUT_HPP_
 #define TESSALY_COMMON_XML_OUT_HPP_
 
