@@ -67,7 +67,7 @@ std::string_view UpToNul(std::string_view value) { return value.substr(0, value.
 TextWriter::TextWriter(Drain drain) : drain_(std::move(drain)) {}
 
 std::string& TextWriter::Finish() {
-  while (depth_ > 0) CloseTop();
+  while (!open_.empty()) CloseTop();
   buffer_.resize(used_);
   used_ = 0;
   if (drain_) {
@@ -93,18 +93,14 @@ void TextWriter::Put(std::string_view text) {
   used_ += text.size();
 }
 
-void TextWriter::PutEscaped(std::string_view value, bool attribute) {
-  char* start = Room(value.size() * kMaxEscape);
-  used_ += static_cast<std::size_t>(Escape(start, value, attribute ? kAttributeSpecial : kTextSpecial) - start);
+void TextWriter::PutEscapedText(std::string_view text) {
+  char* start = Room(text.size() * kMaxEscape);
+  used_ += static_cast<std::size_t>(Escape(start, text, kTextSpecial) - start);
 }
 
 Sink::Handle TextWriter::AppendElement(Handle parent, const char* name) {
   EnterContent(parent);
-  if (depth_ == open_.size()) open_.emplace_back();
-  Open& element = open_[depth_++];
-  element.id = next_++;
-  element.name = name;
-  element.content = false;
+  const Open& element = open_.emplace_back(Open{next_++, name, false});
   char* out = Room(element.name.size() + 1);
   *out = '<';
   std::memcpy(out + 1, element.name.data(), element.name.size());
@@ -113,7 +109,7 @@ Sink::Handle TextWriter::AppendElement(Handle parent, const char* name) {
 }
 
 void TextWriter::SetAttribute(Handle element, const char* name, std::string_view value) {
-  if (depth_ == 0 || open_[depth_ - 1].id != element || open_[depth_ - 1].content)
+  if (open_.empty() || open_.back().id != element || open_.back().content)
     throw std::logic_error(std::string("XML text writer: attribute ") + name + " set after the element's content");
   const std::size_t length = std::strlen(name);
   char* out = Room(length + 4 + value.size() * kMaxEscape);
@@ -129,7 +125,7 @@ void TextWriter::SetAttribute(Handle element, const char* name, std::string_view
 
 void TextWriter::AppendText(Handle parent, std::string_view text) {
   EnterContent(parent);
-  PutEscaped(text, false);
+  PutEscapedText(text);
   EndNode(parent);
 }
 
@@ -172,12 +168,12 @@ void TextWriter::AppendProcessingInstruction(Handle parent, const char* target, 
 
 void TextWriter::EnterContent(Handle parent) {
   if (parent == kDocument) {
-    while (depth_ > 0) CloseTop();
+    while (!open_.empty()) CloseTop();
     return;
   }
-  while (depth_ > 0 && open_[depth_ - 1].id != parent) CloseTop();
-  if (depth_ == 0) throw std::logic_error("XML text writer: writing into an element already closed");
-  Open& element = open_[depth_ - 1];
+  while (!open_.empty() && open_.back().id != parent) CloseTop();
+  if (open_.empty()) throw std::logic_error("XML text writer: writing into an element already closed");
+  Open& element = open_.back();
   if (!element.content) {
     Put(">");
     element.content = true;
@@ -185,7 +181,8 @@ void TextWriter::EnterContent(Handle parent) {
 }
 
 void TextWriter::CloseTop() {
-  Open& element = open_[--depth_];
+  const Open element = open_.back();
+  open_.pop_back();
   if (element.content) {
     char* out = Room(element.name.size() + 3);
     out[0] = '<';
@@ -196,7 +193,7 @@ void TextWriter::CloseTop() {
   } else {
     Put("/>");
   }
-  if (depth_ == 0) EndNode(kDocument);
+  if (open_.empty()) EndNode(kDocument);
 }
 
 void TextWriter::EndNode(Handle parent) {

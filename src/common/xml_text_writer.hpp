@@ -48,7 +48,7 @@ class TextWriter final : public Sink {
   // first when it does not fit); the caller writes there and adds what it wrote to used_.
   char* Room(std::size_t size);
   void Put(std::string_view text);
-  void PutEscaped(std::string_view value, bool attribute);
+  void PutEscapedText(std::string_view text);
 
   // Closes the elements started inside `parent` and, when `parent` is an element whose start
   // tag is still open, closes the start tag. std::logic_error when `parent` is closed already.
@@ -60,8 +60,7 @@ class TextWriter final : public Sink {
   Drain drain_;
   std::string buffer_;    // the text not yet drained is its first used_ bytes
   std::size_t used_ = 0;
-  std::vector<Open> open_;  // open elements, outermost first; the first depth_ are in use
-  std::size_t depth_ = 0;
+  std::vector<Open> open_;  // open elements, outermost first
   Handle next_ = kDocument + 1;
 };
 
