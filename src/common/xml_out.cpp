@@ -35,11 +35,6 @@ DomSink dom_sink;
 
 }  // namespace
 
-Out::Out(pugi::xml_node node) {
-  if (node) {
-    sink_ = &dom_sink;
-    handle_ = DomSink::Of(node);
-  }
-}
+Out::Out(pugi::xml_node node) : sink_(&dom_sink), handle_(DomSink::Of(node)) {}
 
 }  // namespace tessaly::xml

@@ -122,6 +122,15 @@ TEST(StreamedExportTest, FileThatCannotBeOpenedIsReportedBeforeTheModelIsWritten
   EXPECT_EQ(warnings, std::vector<std::string>{"ExportParametersToXml: Save error (number : 2)"});
 }
 
+TEST(StreamedExportTest, WritingIntoAnEmptyDomNodeDoesNothing) {
+  pugi::xml_document doc;
+  TessalyLibXml lib;
+  ImportFileQuietly(lib, Documents() / "json" / "every-kind.xml");
+  lib.ActiveTarget()->datas()->Item(1)->createXMLnode(doc, pugi::xml_node());
+  lib.ActiveTarget()->Requests()->createXMLnode(doc, pugi::xml_node());
+  EXPECT_FALSE(doc.first_child());
+}
+
 TEST(StreamedExportTest, WriteDocumentWithoutATargetIsError91) {
   TessalyLibXml lib;
   pugi::xml_document doc;

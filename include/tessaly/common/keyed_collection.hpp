@@ -151,8 +151,11 @@ class KeyedCollection {
 
   // The slot holding `key`, or kNone. The index is probed linearly from the hash's own slot.
   std::size_t FindSlot(std::string_view key) const {
-    if (!index_ || index_->keyed == 0 || key.empty()) return kNone;
-    const std::uint32_t hash = HashOf(key);
+    return key.empty() ? kNone : FindSlot(key, HashOf(key));
+  }
+  // The same for a key whose hash is known.
+  std::size_t FindSlot(std::string_view key, std::uint32_t hash) const {
+    if (!index_ || index_->keyed == 0) return kNone;
     for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
       const Slot& slot = index_->slots[i];
       if (slot.entry == 0) return kNone;
@@ -193,13 +196,13 @@ class KeyedCollection {
   void Insert(std::size_t index, Ptr item, std::string_view key) {
     Entry entry{std::move(item), nullptr, 0, 0};
     if (!key.empty()) {
-      if (FindSlot(key) != kNone) RaisePlatform(errc::kDuplicateKey);
+      entry.hash = HashOf(key);
+      if (FindSlot(key, entry.hash) != kNone) RaisePlatform(errc::kDuplicateKey);
       // Room first, so that nothing below can fail once the entry is in.
       if (!index_ || 2 * (index_->keyed + 1) > index_->slots.size()) Reindex(1);
       entry.key.reset(new char[key.size()]);
       std::memcpy(entry.key.get(), key.data(), key.size());
       entry.size = static_cast<std::uint32_t>(key.size());
-      entry.hash = HashOf(key);
     }
     const bool keyed = entry.size != 0;
     const std::uint32_t hash = entry.hash;
@@ -214,7 +217,7 @@ class KeyedCollection {
   void Erase(std::size_t index) {
     if (entries_[index].size != 0) {
       std::vector<Slot>& slots = index_->slots;
-      const std::size_t slot = FindSlot(entries_[index].Key());
+      const std::size_t slot = FindSlot(entries_[index].Key(), entries_[index].hash);
       // Backward-shift deletion: the slots after the freed one move up when their own slot is
       // not between the two, so that no probe sequence is broken.
       std::size_t hole = slot;

@@ -37,21 +37,20 @@ class Sink {
   virtual void AppendProcessingInstruction(Handle parent, const char* target, std::string_view value) = 0;
 };
 
-// A node of a sink. Empty (false) when default-constructed or made from an empty DOM node.
+// A node of a sink.
 class Out {
  public:
-  Out() = default;
-  // The DOM node itself (a document or an element).
+  // The DOM node itself (a document or an element). Writing into an empty node does nothing,
+  // as pugixml does.
   Out(pugi::xml_node node);  // NOLINT(google-explicit-constructor): every DOM node is a place to write
   Out(Sink& sink, Sink::Handle handle) : sink_(&sink), handle_(handle) {}
 
-  explicit operator bool() const noexcept { return sink_ != nullptr; }
   Sink& sink() const noexcept { return *sink_; }
   Sink::Handle handle() const noexcept { return handle_; }
 
  private:
-  Sink* sink_ = nullptr;
-  Sink::Handle handle_ = 0;
+  Sink* sink_;
+  Sink::Handle handle_;
 };
 
 }  // namespace tessaly::xml
