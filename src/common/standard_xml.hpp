@@ -4,6 +4,7 @@
 
 #include <pugixml.hpp>
 
+#include <cstddef>
 #include <memory>
 
 #include "common/xml_util.hpp"
@@ -27,6 +28,14 @@ template <class Read>
 void ForEachChild(pugi::xml_node parNode, const char* element, Read&& read) {
   for (pugi::xml_node child = parNode.child(element); child; child = child.next_sibling(element))
     if (child.type() == pugi::node_element) read(child);
+}
+
+// The number of child elements of `parNode` named `element`.
+inline std::size_t CountChildren(pugi::xml_node parNode, const char* element) {
+  std::size_t count = 0;
+  for (pugi::xml_node child = parNode.child(element); child; child = child.next_sibling(element))
+    count += child.type() == pugi::node_element;
+  return count;
 }
 
 // Reads the standard form: for each child `element`, a new item (made by `make`) reads itself

@@ -1,5 +1,6 @@
 #include "tessaly/data/data_items.hpp"
 
+#include <cstring>
 #include <optional>
 
 #include "common/standard_xml.hpp"
@@ -40,23 +41,48 @@ void DataItem::clear() {
   DataListes_.reset();
 }
 
+const std::string& DataItem::EmptyText() noexcept {
+  static const std::string empty;
+  return empty;
+}
+
+void DataItem::SetText(std::string Scaling::*field, std::string value) {
+  if (!scaling_) {
+    if (value.empty()) return;
+    scaling_ = std::make_unique<Scaling>();
+  }
+  (*scaling_).*field = std::move(value);
+}
+
+void DataItem::SetText(std::string Notes::*field, std::string value) {
+  if (!notes_) {
+    if (value.empty()) return;
+    notes_ = std::make_unique<Notes>();
+  }
+  (*notes_).*field = std::move(value);
+}
+
+void DataItem::SetCoeff(double Scaling::*field, double byDefault, double value) {
+  if (!scaling_) {
+    // The same bits as the default (so -0.0 and NaN are kept, not taken for the default).
+    if (std::memcmp(&value, &byDefault, sizeof value) == 0) return;
+    scaling_ = std::make_unique<Scaling>();
+  }
+  (*scaling_).*field = value;
+}
+
 std::shared_ptr<DataItem> DataItem::clone(const std::shared_ptr<TargetItem>& parent) const {
   auto copy = std::make_shared<DataItem>();
   copy->set_parent(parent);
   copy->Ascii_ = Ascii_;
-  copy->CoeffA_ = CoeffA_;
-  copy->CoeffB_ = CoeffB_;
-  copy->CoeffC_ = CoeffC_;
-  copy->DataFormat_ = DataFormat_;
+  if (scaling_) copy->scaling_ = std::make_unique<Scaling>(*scaling_);
   copy->set_dataName(dataName_);
-  copy->Description_ = Description_;
-  copy->Fiche_ = Fiche_;
+  if (notes_) copy->notes_ = std::make_unique<Notes>(*notes_);
   copy->liste_ = liste_;
   copy->Mnemo_ = Mnemo_;
   copy->NumberBits_ = NumberBits_;
   copy->numerique_ = numerique_;
   copy->Signe_ = Signe_;
-  copy->Unite_ = Unite_;
   if (DataListes_) copy->DataListes_ = DataListes_->clone(copy);
   return copy;
 }
@@ -65,13 +91,13 @@ void DataItem::createXMLnode(xml::Out parNode) const {
   xml::SetAttr(parNode, "Name", std::string_view(dataName_));
   xml::AppendLf(parNode);
 
-  data::WriteComment(parNode, Description_);
+  data::WriteComment(parNode, Description());
   if (!Mnemo_.empty()) {
     xml::AppendText(xml::AppendElement(parNode, "Mnemonic"), Mnemo_);
     xml::AppendLf(parNode);
   }
-  if (!Fiche_.empty()) {
-    xml::AppendCData(xml::AppendElement(parNode, "Description"), Fiche_);
+  if (!Fiche().empty()) {
+    xml::AppendCData(xml::AppendElement(parNode, "Description"), Fiche());
     xml::AppendLf(parNode);
   }
 
@@ -86,11 +112,14 @@ void DataItem::createXMLnode(xml::Out parNode) const {
       if (DataListes_) DataListes_->createXMLnode(list);
     } else {
       xml::Out scaled = xml::AppendElement(bits, "Scaled");
-      if (!Unite_.empty()) xml::SetAttr(scaled, "Unit", std::string_view(Unite_));
-      if (CoeffA_ != 1.0) xml::SetAttr(scaled, "Step", std::string_view(NumberText(CoeffA_)));
-      if (CoeffB_ != 0.0) xml::SetAttr(scaled, "Offset", std::string_view(NumberText(CoeffB_)));
-      if (CoeffC_ != 1.0) xml::SetAttr(scaled, "DivideBy", std::string_view(NumberText(CoeffC_)));
-      if (!DataFormat_.empty()) xml::SetAttr(scaled, "Format", std::string_view(DataFormat_));
+      if (scaling_) {
+        const Scaling& scaling = *scaling_;
+        if (!scaling.unit.empty()) xml::SetAttr(scaled, "Unit", std::string_view(scaling.unit));
+        if (scaling.a != 1.0) xml::SetAttr(scaled, "Step", std::string_view(NumberText(scaling.a)));
+        if (scaling.b != 0.0) xml::SetAttr(scaled, "Offset", std::string_view(NumberText(scaling.b)));
+        if (scaling.c != 1.0) xml::SetAttr(scaled, "DivideBy", std::string_view(NumberText(scaling.c)));
+        if (!scaling.format.empty()) xml::SetAttr(scaled, "Format", std::string_view(scaling.format));
+      }
     }
     xml::AppendLf(bits);
   } else {
@@ -106,12 +135,8 @@ void DataItem::ResetNumeric() {
   NumberBits_ = 8;
   numerique_ = true;
   liste_ = false;
-  Unite_.clear();
+  scaling_.reset();
   Signe_ = false;
-  CoeffA_ = 1.0;
-  CoeffB_ = 0.0;
-  CoeffC_ = 1.0;
-  DataFormat_.clear();
   Ascii_ = false;
 }
 
@@ -125,9 +150,10 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
   // Stored directly: reading never runs the duplicate check of the setter.
   xml::Store(dataName_, *name);
 
-  Description_ = data::ReadComment(parNode);
+  notes_.reset();
+  set_Description(data::ReadComment(parNode));
   Mnemo_ = xml::Text(xml::Child(parNode, "Mnemonic"));
-  Fiche_ = xml::Text(xml::Child(parNode, "Description"));
+  set_Fiche(xml::Text(xml::Child(parNode, "Description")));
 
   ResetNumeric();
   if (pugi::xml_node bits = xml::Child(parNode, "Bits")) {
@@ -136,11 +162,11 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
     if (auto sign = xml::Attr(bits, "signed")) Signe_ = ToBoolOrFalse(*sign);
     if (pugi::xml_node scaled = xml::Child(bits, "Scaled")) {
       // Each coefficient is the number its text starts with: "0,5" reads as 0.
-      if (auto step = xml::Attr(scaled, "Step")) CoeffA_ = LeadingNumber(*step);
-      if (auto offset = xml::Attr(scaled, "Offset")) CoeffB_ = LeadingNumber(*offset);
-      if (auto divide = xml::Attr(scaled, "DivideBy")) CoeffC_ = LeadingNumber(*divide);
-      xml::ReadText(scaled, "Unit", Unite_);
-      xml::ReadText(scaled, "Format", DataFormat_);
+      if (auto step = xml::Attr(scaled, "Step")) set_CoeffA(LeadingNumber(*step));
+      if (auto offset = xml::Attr(scaled, "Offset")) set_CoeffB(LeadingNumber(*offset));
+      if (auto divide = xml::Attr(scaled, "DivideBy")) set_CoeffC(LeadingNumber(*divide));
+      if (auto unit = xml::Attr(scaled, "Unit")) set_Unite(std::string(*unit));
+      if (auto format = xml::Attr(scaled, "Format")) set_DataFormat(std::string(*format));
     }
     if (pugi::xml_node list = xml::Child(bits, "List")) {
       liste_ = true;
@@ -259,6 +285,7 @@ void DataItems::createXMLnode(xml::Out parNode) const {
 
 void DataItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent) {
   Err().Clear();
+  Reserve(CountChildren(parNode, "Data"));
   ForEachChild(parNode, "Data", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataItem>();
     item->set_parent(parent);

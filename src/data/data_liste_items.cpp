@@ -184,6 +184,7 @@ void DataListeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
     Append(entry);
     index(*entry);
   };
+  Reserve(CountChildren(parNode, "Item"));
   ForEachChild(parNode, "Item", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataListeItem>();
     item->set_parent(parent);

@@ -1,6 +1,8 @@
 #include "tessaly/data/data_position_items.hpp"
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "common/standard_xml.hpp"
@@ -146,10 +148,18 @@ void DataPositionItems::Read(pugi::xml_document& odoc, pugi::xml_node parNode,
                              const std::shared_ptr<RequestItem>& parent, const bool* param) {
   Err().Clear();
   std::shared_ptr<TargetItem> target = parent ? parent->parent() : nullptr;
-  // The data names placed so far, so that the duplicate refusal of AddData is decided in
-  // constant time per position rather than by a scan of the list.
-  std::unordered_set<std::string> placed;
-  for (const auto& item : inner_) placed.insert(item->dataName());
+  // The duplicate refusal of AddData: a short list is scanned, a longer one gets a set of the
+  // names placed so far (views of the held items' names), so that each check takes constant
+  // time however many positions a request has.
+  constexpr std::int32_t kScanned = 8;
+  std::unordered_set<std::string_view> placed;
+  auto alreadyPlaced = [&](std::string_view name) {
+    if (Count() < kScanned) return ItemName(name) != nullptr;
+    if (placed.empty())
+      for (const auto& held : inner_) placed.insert(held->dataName());
+    return !placed.insert(name).second;
+  };
+  Reserve(CountChildren(parNode, "DataItem"));
   ForEachChild(parNode, "DataItem", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataPositionItem>();
     item->set_parent(parent);
@@ -157,7 +167,7 @@ void DataPositionItems::Read(pugi::xml_document& odoc, pugi::xml_node parNode,
     item->loadXml(odoc, child);
     // A position naming unknown data, or data already placed in this request, is dropped.
     if (!Err().Pending()) Trap([&] {
-      if (!placed.insert(item->dataName()).second) RaiseDuplicatePosition();
+      if (alreadyPlaced(item->dataName())) RaiseDuplicatePosition();
       Append(item);
     });
     if (Err().Pending()) {

@@ -85,9 +85,11 @@ void RemoveLeavesFirst(pugi::xml_node parent, pugi::xml_node node) {
 void ReleaseElement(pugi::xml_node parent, pugi::xml_node element, std::ptrdiff_t end, int level = 0) {
   constexpr std::ptrdiff_t kShallowBytes = 4096;
   constexpr int kSplitLevels = 8;
-  while (pugi::xml_node child = element.first_child()) {
+  // Where a child starts is where the one before it ended: each offset is looked up once.
+  pugi::xml_node child = element.first_child();
+  std::ptrdiff_t start = child ? child.offset_debug() : -1;
+  while (child) {
     const pugi::xml_node next = child.next_sibling();
-    const std::ptrdiff_t start = child.offset_debug();
     const std::ptrdiff_t childEnd = next ? next.offset_debug() : end;
     if (start >= 0 && childEnd > start && childEnd - start <= kShallowBytes) {
       element.remove_child(child);
@@ -96,6 +98,8 @@ void ReleaseElement(pugi::xml_node parent, pugi::xml_node element, std::ptrdiff_
     } else {
       RemoveLeavesFirst(element, child);
     }
+    child = next;
+    start = childEnd;
   }
   parent.remove_child(element);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <vector>
 
 #include "data/data_test_util.hpp"
@@ -63,6 +65,40 @@ TEST(DataItemTest, NewItemHoldsTheDefaults) {
   EXPECT_EQ(item.Fiche(), "");
   EXPECT_EQ(item.DataListes(), nullptr);
   EXPECT_EQ(item.parent(), nullptr);
+}
+
+TEST(DataItemTest, ScalingAndTextsReadBackWhatWasSetIncludingDefaultsAndNegativeZero) {
+  DataItem item;
+  item.set_Unite("");
+  item.set_Description("");
+  item.set_CoeffB(-0.0);
+  EXPECT_EQ(item.Unite(), "");
+  EXPECT_EQ(item.Description(), "");
+  EXPECT_TRUE(std::signbit(item.CoeffB()));
+  EXPECT_EQ(item.CoeffA(), 1.0);
+  item.set_CoeffC(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_TRUE(std::isnan(item.CoeffC()));
+  item.set_Fiche("long text");
+  item.set_DataFormat("%.2f");
+  item.set_CoeffA(1.0);
+  EXPECT_EQ(item.Fiche(), "long text");
+  EXPECT_EQ(item.Description(), "");
+  EXPECT_EQ(item.DataFormat(), "%.2f");
+  EXPECT_EQ(item.Unite(), "");
+  EXPECT_EQ(item.CoeffA(), 1.0);
+  item.set_Fiche("");
+  EXPECT_EQ(item.Fiche(), "");
+}
+
+TEST(DataItemTest, ReadingReplacesTheCommentAndDescriptionHeldBefore) {
+  pugi::xml_document doc;
+  pugi::xml_node node = ParseElement(doc, "<Data Name=\"A\"><Description>new</Description><Bits/></Data>");
+  DataItem item;
+  item.set_Description("old comment");
+  item.set_Fiche("old description");
+  item.loadXml(doc, node);
+  EXPECT_EQ(item.Description(), "");
+  EXPECT_EQ(item.Fiche(), "new");
 }
 
 TEST(DataItemTest, SettingTheCurrentNameInsideAnEcuFails) {
@@ -153,6 +189,19 @@ TEST(DataItemTest, CloneCopiesEveryPropertyAndTheList) {
   ASSERT_EQ(copy->DataListes()->Count(), 2);
   EXPECT_EQ(copy->DataListes()->Item(1)->Valeur(), 1);
   EXPECT_EQ(copy->DataListes()->Item(1)->parent(), copy);
+}
+
+TEST(DataItemTest, CloneHasScalingAndTextsOfItsOwn) {
+  auto source = Named("Speed");
+  source->set_Unite("km/h");
+  source->set_Description("comment");
+  auto copy = source->clone(nullptr);
+  copy->set_Unite("mph");
+  copy->set_Description("");
+  EXPECT_EQ(source->Unite(), "km/h");
+  EXPECT_EQ(source->Description(), "comment");
+  EXPECT_EQ(copy->Unite(), "mph");
+  EXPECT_EQ(copy->Description(), "");
 }
 
 TEST(DataItemTest, CloneIntoAnEcuThatHoldsTheNameFails) {

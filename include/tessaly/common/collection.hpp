@@ -73,6 +73,10 @@ class Collection {
     return nullptr;
   }
 
+  // Makes room for `more` items; a reader calls it with the number of elements it will read,
+  // so that the collection holds no spare room once loaded.
+  void Reserve(std::size_t more) { inner_.Reserve(more); }
+
   // Adds under `key` when it is not empty, unkeyed otherwise; returns the item.
   const Ptr& Append(const Ptr& item, std::string_view key = {}) {
     inner_.Append(item, key);

@@ -119,6 +119,9 @@ class KeyedCollection {
     Insert(Index(position), std::move(item), key);
   }
 
+  // Makes room for `more` entries beyond those held, so that adding them moves nothing.
+  void Reserve(std::size_t more) { entries_.reserve(entries_.size() + more); }
+
   void Remove(std::int32_t position) { Erase(Index(position)); }
   void Remove(std::string_view key) {
     std::size_t slot = FindSlot(key);

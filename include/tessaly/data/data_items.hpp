@@ -42,30 +42,31 @@ class DataItem : public std::enable_shared_from_this<DataItem> {
   // true: the numeric value is enumerated by DataListes instead of scaled.
   bool liste() const noexcept { return liste_; }
   void set_liste(bool value) noexcept { liste_ = value; }
-  const std::string& Unite() const noexcept { return Unite_; }
-  void set_Unite(std::string value) { Unite_ = std::move(value); }
+  // Unit of the scaled value (XML Unit).
+  const std::string& Unite() const noexcept { return scaling_ ? scaling_->unit : EmptyText(); }
+  void set_Unite(std::string value) { SetText(&Scaling::unit, std::move(value)); }
   bool Signe() const noexcept { return Signe_; }
   void set_Signe(bool value) noexcept { Signe_ = value; }
   // Scaling step, offset and divisor (XML Step, Offset, DivideBy), stored only.
-  double CoeffA() const noexcept { return CoeffA_; }
-  void set_CoeffA(double value) noexcept { CoeffA_ = value; }
-  double CoeffB() const noexcept { return CoeffB_; }
-  void set_CoeffB(double value) noexcept { CoeffB_ = value; }
-  double CoeffC() const noexcept { return CoeffC_; }
-  void set_CoeffC(double value) noexcept { CoeffC_ = value; }
+  double CoeffA() const noexcept { return scaling_ ? scaling_->a : 1.0; }
+  void set_CoeffA(double value) { SetCoeff(&Scaling::a, 1.0, value); }
+  double CoeffB() const noexcept { return scaling_ ? scaling_->b : 0.0; }
+  void set_CoeffB(double value) { SetCoeff(&Scaling::b, 0.0, value); }
+  double CoeffC() const noexcept { return scaling_ ? scaling_->c : 1.0; }
+  void set_CoeffC(double value) { SetCoeff(&Scaling::c, 1.0, value); }
   // Display format of the physical value (XML Format), stored unchanged.
-  const std::string& DataFormat() const noexcept { return DataFormat_; }
-  void set_DataFormat(std::string value) { DataFormat_ = std::move(value); }
+  const std::string& DataFormat() const noexcept { return scaling_ ? scaling_->format : EmptyText(); }
+  void set_DataFormat(std::string value) { SetText(&Scaling::format, std::move(value)); }
   bool Ascii() const noexcept { return Ascii_; }
   void set_Ascii(bool value) noexcept { Ascii_ = value; }
   const std::string& Mnemo() const noexcept { return Mnemo_; }
   void set_Mnemo(std::string value) { Mnemo_ = std::move(value); }
   // Comment (XML Comment).
-  const std::string& Description() const noexcept { return Description_; }
-  void set_Description(std::string value) { Description_ = std::move(value); }
+  const std::string& Description() const noexcept { return notes_ ? notes_->comment : EmptyText(); }
+  void set_Description(std::string value) { SetText(&Notes::comment, std::move(value)); }
   // Long description (XML Description).
-  const std::string& Fiche() const noexcept { return Fiche_; }
-  void set_Fiche(std::string value) { Fiche_ = std::move(value); }
+  const std::string& Fiche() const noexcept { return notes_ ? notes_->description : EmptyText(); }
+  void set_Fiche(std::string value) { SetText(&Notes::description, std::move(value)); }
   // The value list, or null when none was read or assigned.
   const std::shared_ptr<DataListeItems>& DataListes() const noexcept { return DataListes_; }
   void set_DataListes(std::shared_ptr<DataListeItems> value) { DataListes_ = std::move(value); }
@@ -88,22 +89,37 @@ class DataItem : public std::enable_shared_from_this<DataItem> {
   void loadXml(pugi::xml_document& odoc, pugi::xml_node parNode);
 
  private:
+  // The scaling of a numeric value, and the two free texts. Most data have no comment and many
+  // no scaling, so each group is held only once one of its fields differs from its default.
+  struct Scaling {
+    std::string unit;
+    std::string format;
+    double a = 1.0;
+    double b = 0.0;
+    double c = 1.0;
+  };
+  struct Notes {
+    std::string comment;
+    std::string description;
+  };
+
+  static const std::string& EmptyText() noexcept;
+  // Stores a text of the scaling or of the notes, making the group first unless the text is
+  // empty (an absent group reads as empty texts).
+  void SetText(std::string Scaling::*field, std::string value);
+  void SetText(std::string Notes::*field, std::string value);
+  void SetCoeff(double Scaling::*field, double byDefault, double value);
   void ResetNumeric();
 
   std::string dataName_;
+  std::string Mnemo_;
   std::int32_t NumberBits_ = 8;
   bool numerique_ = true;
   bool liste_ = false;
-  std::string Unite_;
   bool Signe_ = false;
-  double CoeffA_ = 1.0;
-  double CoeffB_ = 0.0;
-  double CoeffC_ = 1.0;
-  std::string DataFormat_;
   bool Ascii_ = false;
-  std::string Mnemo_;
-  std::string Description_;
-  std::string Fiche_;
+  std::unique_ptr<Scaling> scaling_;
+  std::unique_ptr<Notes> notes_;
   std::shared_ptr<DataListeItems> DataListes_;
   std::weak_ptr<TargetItem> parent_;
 };
