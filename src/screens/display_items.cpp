@@ -125,7 +125,8 @@ void DisplayItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
 void DisplayItem::ReadReference(pugi::xml_node parNode, bool input) {
   std::shared_ptr<ScreenItem> screen = parent();
   std::shared_ptr<TargetItem> target = TargetOf(screen.get());
-  std::string requestName(xml::Attr(parNode, "RequestName").value_or(std::string_view()));
+  // Views of the attributes' texts in the DOM, copied once, into the reference.
+  const std::string_view requestName = xml::Attr(parNode, "RequestName").value_or(std::string_view());
   std::optional<std::string_view> dataAttr = xml::Attr(parNode, "DataName");
 
   if (!dataAttr) {
@@ -136,25 +137,26 @@ void DisplayItem::ReadReference(pugi::xml_node parNode, bool input) {
     DisplayExtraItem_->set_parent(shared_from_this());
     DisplayExtraItem_->set_param(input);
     Err().Clear();
-    DisplayExtraItem_->set_requestName(requestName);
+    DisplayExtraItem_->set_requestName(std::string(requestName));
     DisplayExtraItem_->set_request(RequestsOf(screen.get())->ItemName(requestName));
     if (!DisplayExtraItem_->request())
-      Refuse(target.get(), "DisplayItem.loadXml : request missing (" + requestName + ")", "request missing");
+      Refuse(target.get(), "DisplayItem.loadXml : request missing (" + std::string(requestName) + ")", "request missing");
     return;
   }
 
   TypeDisplay_ = kDataDisplay;
-  std::string dataName(*dataAttr);
+  const std::string_view dataName = *dataAttr;
   if (requestName.empty() || dataName.empty())
     Refuse(target.get(), "DisplayItem.loadXml : dataName or requestName missing", "requestName/dataName missing");
   if (!DisplayDataItem_) DisplayDataItem_ = std::make_shared<tessaly::DisplayDataItem>();
   DisplayDataItem_->set_parent(shared_from_this());
   Err().Clear();
-  DisplayDataItem_->set_dataName(dataName);
-  DisplayDataItem_->set_requestName(requestName);
+  DisplayDataItem_->set_dataName(std::string(dataName));
+  DisplayDataItem_->set_requestName(std::string(requestName));
   DisplayDataItem_->set_DataPosition(RequestsOf(screen.get())->ItemDataPositionName(requestName, dataName));
   if (!DisplayDataItem_->DataPosition())
-    Refuse(target.get(), "DisplayItem.loadXml : request/data missing (" + requestName + "/" + dataName + ")",
+    Refuse(target.get(),
+           "DisplayItem.loadXml : request/data missing (" + std::string(requestName) + "/" + std::string(dataName) + ")",
            "request/data missing");
 }
 
