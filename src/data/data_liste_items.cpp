@@ -1,7 +1,9 @@
 #include "tessaly/data/data_liste_items.hpp"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "common/standard_xml.hpp"
@@ -162,27 +164,35 @@ void DataListeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
                              const std::shared_ptr<DataItem>& parent) {
   Err().Clear();
   const TargetItem* target = TargetOf(parent);
-  // The position of the first entry of each value and of each label, so that the duplicate
-  // refusal of AddDataUnSorted is decided in constant time per entry: the first entry that shares
-  // the value or the label decides which of the two is reported, the value when it shares both.
+  // The duplicate refusal of AddDataUnSorted: a short list is scanned, as AddDataUnSorted does;
+  // a longer one gets the position of the first entry of each value and of each label (views of
+  // the held labels), so that each check takes constant time however long the list. Either way
+  // the first entry that shares the value or the label decides which of the two is reported,
+  // the value when it shares both.
+  constexpr std::int32_t kScanned = 8;
   std::unordered_map<std::int32_t, std::size_t> valueAt;
-  std::unordered_map<std::string, std::size_t> labelAt;
-  std::size_t count = 0;
-  auto index = [&](const DataListeItem& entry) {
-    valueAt.emplace(entry.Valeur(), count);
-    labelAt.emplace(entry.libelle(), count);
-    ++count;
+  std::unordered_map<std::string_view, std::size_t> labelAt;
+  auto index = [&](const DataListeItem& entry, std::size_t position) {
+    valueAt.emplace(entry.Valeur(), position);
+    labelAt.emplace(entry.libelle(), position);
   };
-  for (const auto& entry : inner_) index(*entry);
   auto add = [&](const std::shared_ptr<DataListeItem>& entry) {
-    auto v = valueAt.find(entry->Valeur());
-    auto l = labelAt.find(entry->libelle());
-    if (v != valueAt.end() || l != labelAt.end()) {
-      bool byValue = v != valueAt.end() && (l == labelAt.end() || v->second <= l->second);
-      RaiseDuplicate(*entry, byValue, "DataListeItems.AddDataUnSorted");
+    if (Count() < kScanned) {
+      CheckDuplicates(*entry, "DataListeItems.AddDataUnSorted");
+    } else {
+      if (valueAt.empty()) {
+        std::size_t position = 0;
+        for (const auto& held : inner_) index(*held, position++);
+      }
+      auto v = valueAt.find(entry->Valeur());
+      auto l = labelAt.find(entry->libelle());
+      if (v != valueAt.end() || l != labelAt.end()) {
+        bool byValue = v != valueAt.end() && (l == labelAt.end() || v->second <= l->second);
+        RaiseDuplicate(*entry, byValue, "DataListeItems.AddDataUnSorted");
+      }
     }
     Append(entry);
-    index(*entry);
+    if (!valueAt.empty()) index(*entry, static_cast<std::size_t>(Count() - 1));
   };
   Reserve(CountChildren(parNode, "Item"));
   ForEachChild(parNode, "Item", [&](pugi::xml_node child) {

@@ -4,6 +4,8 @@
 // earlier one would make these tests run for minutes.)
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -86,6 +88,71 @@ TEST_F(LargeDocumentTest, ValueListDuplicateNamesTheFirstEntryThatSharesTheValue
                                                            "Duplicate value '1' with label 'B'",
                                                            "Duplicate value '1' with label 'A'"}));
   EXPECT_EQ(f.lib.ActiveTarget()->datas()->ItemName("D")->DataListes()->Count(), 2);
+}
+
+// Lists of every length from 1 to 40 (the readers scan a short list and index a long one), with
+// values and labels drawn from small sets so that duplicates are frequent: reading keeps and
+// refuses exactly what adding the entries one by one with AddDataUnSorted keeps and refuses,
+// with the same reasons.
+TEST_F(LargeDocumentTest, ValueListsOfEveryLengthRefuseAsAddDataUnSortedDoes) {
+  std::mt19937 random(7);
+  for (int length = 1; length <= 40; ++length) {
+    std::string items;
+    DataListeItems expected;
+    std::vector<std::string> reasons;
+    for (int i = 0; i < length; ++i) {
+      const auto value = static_cast<std::int32_t>(random() % 50);
+      const std::string label(1, static_cast<char>('a' + random() % 26));
+      items += "<Item Value=\"" + std::to_string(value) + "\" Text=\"" + label + "\"/>";
+      auto entry = std::make_shared<DataListeItem>();
+      entry->set_Valeur(value);
+      entry->set_libelle(label);
+      try {
+        expected.AddDataUnSorted(entry);
+      } catch (const Error& error) {
+        reasons.push_back(error.Description());
+      }
+    }
+    f.diagnostics.clear();
+    f.lib.ImportUceFromText(EcuFrame("<Datas>\n<Data Name=\"D\">\n<Bits count=\"8\">\n<List>\n" + items +
+                                     "</List>\n</Bits>\n</Data>\n</Datas>\n"));
+    const auto& list = f.lib.ActiveTarget()->datas()->ItemName("D")->DataListes();
+    ASSERT_EQ(list->Count(), expected.Count()) << "length " << length;
+    for (std::int32_t i = 1; i <= list->Count(); ++i) {
+      EXPECT_EQ(list->Item(i)->Valeur(), expected.Item(i)->Valeur()) << "length " << length;
+      EXPECT_EQ(list->Item(i)->libelle(), expected.Item(i)->libelle()) << "length " << length;
+    }
+    EXPECT_EQ(DiagnosticReasons(), reasons) << "length " << length;
+  }
+}
+
+// The same for the placements of a request, against AddData.
+TEST_F(LargeDocumentTest, PlacementListsOfEveryLengthRefuseAsAddDataDoes) {
+  std::string datas;
+  for (int i = 0; i < 30; ++i) datas += "<Data Name=\"D" + std::to_string(i) + "\"/>\n";
+  std::mt19937 random(11);
+  for (int length = 1; length <= 40; ++length) {
+    std::string placements;
+    DataPositionItems expected;
+    std::vector<std::string> reasons;
+    for (int i = 0; i < length; ++i) {
+      const std::string name = "D" + std::to_string(random() % 30);
+      placements += "<DataItem Name=\"" + name + "\" FirstByte=\"2\"/>";
+      try {
+        expected.Add(name);
+      } catch (const Error& error) {
+        reasons.push_back(error.Description());
+      }
+    }
+    f.diagnostics.clear();
+    f.lib.ImportUceFromText(EcuFrame("<Datas>\n" + datas + "</Datas>\n<Requests Endian=\"Big\">\n<Request Name=\"R\">" +
+                                     "<Received>" + placements + "</Received></Request>\n</Requests>\n"));
+    const auto& read = f.lib.ActiveTarget()->Requests()->ItemName("R")->DataPositions();
+    ASSERT_EQ(read->Count(), expected.Count()) << "length " << length;
+    for (std::int32_t i = 1; i <= read->Count(); ++i)
+      EXPECT_EQ(read->Item(i)->dataName(), expected.Item(i)->dataName()) << "length " << length;
+    EXPECT_EQ(DiagnosticReasons(), reasons) << "length " << length;
+  }
 }
 
 TEST_F(LargeDocumentTest, ScenarioStepsAreNumberedInOrderCountingOnlyTheStepsKept) {
