@@ -1,5 +1,7 @@
 #include "data/comment_xml.hpp"
 
+#include <string_view>
+
 #include "common/xml_util.hpp"
 #include "tessaly/common/convert.hpp"
 
@@ -14,7 +16,13 @@ std::string ReadComment(pugi::xml_node node) {
   } else {
     return {};
   }
-  return std::string(TrimSpaces(LfToCrLf(text)));
+  // Spaces are trimmed before line feeds become CR LF, which gives the same text (the
+  // conversion adds no space and leaves the ends' spaces where they are) without a copy for a
+  // comment of one line.
+  const std::string_view trimmed = TrimSpaces(text);
+  if (trimmed.find('\n') != std::string_view::npos) return LfToCrLf(trimmed);
+  if (trimmed.size() == text.size()) return text;
+  return std::string(trimmed);
 }
 
 void WriteComment(xml::Out node, std::string_view comment) {

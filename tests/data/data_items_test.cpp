@@ -350,6 +350,13 @@ TEST(DataItemTest, CommentElementIsTrimmedWithCrLfLines) {
   EXPECT_EQ(item->Description(), "first\r\nsecond");
 }
 
+// (The parser reads a CR LF in the document as a line feed.)
+TEST(DataItemTest, OneLineCommentIsTrimmedOrKeptAsItIs) {
+  EXPECT_EQ(ReadData("<Data Name=\"A\"><Comment>  one line  </Comment></Data>")->Description(), "one line");
+  EXPECT_EQ(ReadData("<Data Name=\"A\"><Comment>one line</Comment></Data>")->Description(), "one line");
+  EXPECT_EQ(ReadData("<Data Name=\"A\"><Comment> \r\n </Comment></Data>")->Description(), "\r\n");
+}
+
 TEST(DataItemTest, XmlCommentServesWhenThereIsNoCommentElement) {
   auto item = ReadData("<Data Name=\"A\"><!-- old\nstyle --><Bits/></Data>");
   EXPECT_EQ(item->Description(), "old\r\nstyle");
