@@ -36,6 +36,39 @@ TEST(KeyedCollectionTest, KeysIgnoreLetterCase) {
   EXPECT_EQ(c.Count(), 1);
 }
 
+TEST(KeyedCollectionTest, FirstKeyAfterUnkeyedItemsLeavesTheEarlierOnesUnkeyed) {
+  Texts c;
+  c.Reserve(3);
+  c.Append(S("a"));
+  c.Append(S("b"));
+  c.InsertBefore(2, S("k"), "kk");
+  c.Append(S("c"));
+  ASSERT_EQ(c.Count(), 4);
+  EXPECT_EQ(c.KeyAt(1), "");
+  EXPECT_EQ(c.KeyAt(2), "kk");
+  EXPECT_EQ(c.KeyAt(3), "");
+  EXPECT_EQ(c.KeyAt(4), "");
+  EXPECT_EQ(*c.Item("KK"), "k");
+  c.Remove(1);
+  EXPECT_EQ(*c.Item("kk"), "k");
+  EXPECT_EQ(c.KeyAt(1), "kk");
+  Texts copy(c);
+  EXPECT_EQ(copy.KeyAt(1), "kk");
+  EXPECT_EQ(copy.KeyAt(2), "");
+  EXPECT_EQ(*copy.Item(3), "c");
+}
+
+TEST(KeyedCollectionTest, CollectionWithoutKeysCopiesAndAnswersKeyQuestions) {
+  Texts c;
+  c.Append(S("a"));
+  c.Append(S("b"));
+  Texts copy(c);
+  EXPECT_EQ(copy.Count(), 2);
+  EXPECT_EQ(copy.KeyAt(2), "");
+  EXPECT_FALSE(copy.ContainsKey("a"));
+  EXPECT_EQ(copy.Find("b"), nullptr);
+}
+
 TEST(KeyedCollectionTest, MissingKeyAndBadPositionAreErrors) {
   Texts c;
   c.Append(S("a"));

@@ -1,8 +1,10 @@
 // The keyed collection shared by every collection class of the model: items in insertion order,
 // reached by 1-based position or by an optional text key. Keys are unique and compared without
 // regard to letter case (see FoldCase); key look-up takes constant time. Each key is stored once,
-// as given, beside its item; an open-addressing index of positions finds it (inserting or
-// removing other than at the end renumbers the index, as it moves the items after it).
+// as given, at its item's position in a list of keys kept beside the items once the collection
+// has had a key (a collection that never has one holds its items alone); an open-addressing
+// index of positions finds it (inserting or removing other than at the end renumbers the index,
+// as it moves the items after it).
 //
 // Errors, with the platform's numbers and texts: a position outside 1..Count is error 9, a
 // missing key error 5, a key that is already used error 457. None is caught here.
@@ -28,16 +30,15 @@ namespace tessaly {
 template <class T>
 class KeyedCollection {
  private:
-  // An item and its key as given (empty when it has none), with the key's hash.
-  struct Entry {
-    std::shared_ptr<T> item;
-    std::unique_ptr<char[]> key;
+  // The key of the item at the same position, as given (empty when it has none), with its hash.
+  struct Key {
+    std::unique_ptr<char[]> text;
     std::uint32_t size = 0;
     std::uint32_t hash = 0;
-    std::string_view Key() const noexcept { return {key.get(), size}; }
+    std::string_view View() const noexcept { return {text.get(), size}; }
   };
-  // A slot of the key index: 1 + the position of a keyed entry in entries_ (0: a free slot),
-  // and the low bits of its key's hash.
+  // A slot of the key index: 1 + the position of a keyed entry (0: a free slot), and the low
+  // bits of its key's hash.
   struct Slot {
     std::uint32_t entry = 0;
     std::uint32_t hash = 0;
@@ -52,15 +53,15 @@ class KeyedCollection {
     using value_type = Ptr;
     using difference_type = std::ptrdiff_t;
     const_iterator() = default;
-    const_iterator(typename std::vector<Entry>::const_iterator it, typename std::vector<Entry>::const_iterator end)
+    const_iterator(typename std::vector<Ptr>::const_iterator it, typename std::vector<Ptr>::const_iterator end)
         : it_(it), end_(end) {}
-    const Ptr& operator*() const { return it_->item; }
-    const Ptr* operator->() const { return &it_->item; }
+    const Ptr& operator*() const { return *it_; }
+    const Ptr* operator->() const { return &*it_; }
     const_iterator& operator++() {
       ++it_;
       // A walk over a large model waits mostly for items to come from memory: the item a few
       // steps ahead is asked for now, so that several loads are under way at once.
-      if (end_ - it_ > kAhead) __builtin_prefetch((it_ + kAhead)->item.get());
+      if (end_ - it_ > kAhead) __builtin_prefetch((it_ + kAhead)->get());
       return *this;
     }
     const_iterator operator++(int) { auto old = *this; ++*this; return old; }
@@ -68,8 +69,8 @@ class KeyedCollection {
 
    private:
     static constexpr std::ptrdiff_t kAhead = 4;
-    typename std::vector<Entry>::const_iterator it_;
-    typename std::vector<Entry>::const_iterator end_;
+    typename std::vector<Ptr>::const_iterator it_;
+    typename std::vector<Ptr>::const_iterator end_;
   };
 
   KeyedCollection() = default;
@@ -85,42 +86,45 @@ class KeyedCollection {
   KeyedCollection(KeyedCollection&&) noexcept = default;
   KeyedCollection& operator=(KeyedCollection&&) noexcept = default;
 
-  std::int32_t Count() const noexcept { return static_cast<std::int32_t>(entries_.size()); }
-  bool empty() const noexcept { return entries_.empty(); }
+  std::int32_t Count() const noexcept { return static_cast<std::int32_t>(items_.size()); }
+  bool empty() const noexcept { return items_.empty(); }
 
   // The item at 1-based `position`; error 9 when out of range.
-  const Ptr& Item(std::int32_t position) const { return entries_[Index(position)].item; }
+  const Ptr& Item(std::int32_t position) const { return items_[Index(position)]; }
   // The item under `key`; error 5 when no item has that key.
   const Ptr& Item(std::string_view key) const {
     std::size_t slot = FindSlot(key);
     if (slot == kNone) RaisePlatform(errc::kInvalidCall);
-    return entries_[index_->slots[slot].entry - 1].item;
+    return items_[index_->slots[slot].entry - 1];
   }
   // The item under `key`, or nullptr.
   Ptr Find(std::string_view key) const {
     std::size_t slot = FindSlot(key);
-    return slot == kNone ? nullptr : entries_[index_->slots[slot].entry - 1].item;
+    return slot == kNone ? nullptr : items_[index_->slots[slot].entry - 1];
   }
   bool ContainsKey(std::string_view key) const { return FindSlot(key) != kNone; }
   // The key under which the item at `position` is held ("" when unkeyed).
-  std::string_view KeyAt(std::int32_t position) const { return entries_[Index(position)].Key(); }
+  std::string_view KeyAt(std::int32_t position) const {
+    const std::size_t index = Index(position);
+    return keys_.empty() ? std::string_view() : keys_[index].View();
+  }
 
   // 1-based position of the very same object, or 0.
   std::int32_t PositionOf(const T* item) const noexcept {
-    for (std::size_t i = 0; i < entries_.size(); ++i)
-      if (entries_[i].item.get() == item) return static_cast<std::int32_t>(i + 1);
+    for (std::size_t i = 0; i < items_.size(); ++i)
+      if (items_[i].get() == item) return static_cast<std::int32_t>(i + 1);
     return 0;
   }
 
   // Appends `item`, under `key` when it is not empty; error 457 when the key is in use.
-  void Append(Ptr item, std::string_view key = {}) { Insert(entries_.size(), std::move(item), key); }
+  void Append(Ptr item, std::string_view key = {}) { Insert(items_.size(), std::move(item), key); }
   // Inserts `item` before 1-based `position`; error 9 when out of range, 457 as Append.
   void InsertBefore(std::int32_t position, Ptr item, std::string_view key = {}) {
     Insert(Index(position), std::move(item), key);
   }
 
   // Makes room for `more` entries beyond those held, so that adding them moves nothing.
-  void Reserve(std::size_t more) { entries_.reserve(entries_.size() + more); }
+  void Reserve(std::size_t more) { items_.reserve(items_.size() + more); }
 
   void Remove(std::int32_t position) { Erase(Index(position)); }
   void Remove(std::string_view key) {
@@ -130,17 +134,19 @@ class KeyedCollection {
   }
   // Removes the first `count` entries (all of them when there are fewer).
   void RemoveFirst(std::size_t count) {
-    count = std::min(count, entries_.size());
-    entries_.erase(entries_.begin(), entries_.begin() + static_cast<std::ptrdiff_t>(count));
+    count = std::min(count, items_.size());
+    items_.erase(items_.begin(), items_.begin() + static_cast<std::ptrdiff_t>(count));
+    if (!keys_.empty()) keys_.erase(keys_.begin(), keys_.begin() + static_cast<std::ptrdiff_t>(count));
     Reindex();
   }
   void RemoveAll() noexcept {
-    entries_.clear();
+    items_.clear();
+    keys_.clear();
     index_.reset();
   }
 
-  const_iterator begin() const { return const_iterator(entries_.begin(), entries_.end()); }
-  const_iterator end() const { return const_iterator(entries_.end(), entries_.end()); }
+  const_iterator begin() const { return const_iterator(items_.begin(), items_.end()); }
+  const_iterator end() const { return const_iterator(items_.end(), items_.end()); }
 
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
@@ -162,7 +168,7 @@ class KeyedCollection {
     for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
       const Slot& slot = index_->slots[i];
       if (slot.entry == 0) return kNone;
-      if (slot.hash == hash && FoldedEqual(entries_[slot.entry - 1].Key(), key)) return i;
+      if (slot.hash == hash && FoldedEqual(keys_[slot.entry - 1].View(), key)) return i;
     }
   }
   // Puts entry `index` (keyed, hash `hash`) into a free slot; the index has room for it.
@@ -175,7 +181,7 @@ class KeyedCollection {
   // Rebuilds the index for the entries as they are, with room for `extra` more keys.
   void Reindex(std::size_t extra = 0) {
     std::size_t keyed = 0;
-    for (const Entry& entry : entries_) keyed += entry.size != 0;
+    for (const Key& key : keys_) keyed += key.size != 0;
     if (keyed + extra == 0) {
       index_.reset();
       return;
@@ -186,8 +192,8 @@ class KeyedCollection {
     index->slots.resize(capacity);
     index->keyed = keyed;
     index_ = std::move(index);
-    for (std::size_t i = 0; i < entries_.size(); ++i)
-      if (entries_[i].size != 0) Place(i, entries_[i].hash);
+    for (std::size_t i = 0; i < keys_.size(); ++i)
+      if (keys_[i].size != 0) Place(i, keys_[i].hash);
   }
   // Adds `delta` to the entry numbers of the slots at or after entry `from`.
   void Shift(std::size_t from, std::int32_t delta) noexcept {
@@ -197,20 +203,36 @@ class KeyedCollection {
   }
 
   void Insert(std::size_t index, Ptr item, std::string_view key) {
-    Entry entry{std::move(item), nullptr, 0, 0};
+    Key held;
     if (!key.empty()) {
-      entry.hash = HashOf(key);
-      if (FindSlot(key, entry.hash) != kNone) RaisePlatform(errc::kDuplicateKey);
-      // Room first, so that nothing below can fail once the entry is in.
+      held.hash = HashOf(key);
+      if (FindSlot(key, held.hash) != kNone) RaisePlatform(errc::kDuplicateKey);
+      // Room first, so that nothing below can fail once the item is in: the index, and the
+      // list of keys (given the items' room, and an empty key for each item held so far).
       if (!index_ || 2 * (index_->keyed + 1) > index_->slots.size()) Reindex(1);
-      entry.key.reset(new char[key.size()]);
-      std::memcpy(entry.key.get(), key.data(), key.size());
-      entry.size = static_cast<std::uint32_t>(key.size());
+      if (keys_.empty()) {
+        keys_.reserve(std::max(items_.capacity(), items_.size() + 1));
+        keys_.resize(items_.size());
+      }
+      held.text.reset(new char[key.size()]);
+      std::memcpy(held.text.get(), key.data(), key.size());
+      held.size = static_cast<std::uint32_t>(key.size());
     }
-    const bool keyed = entry.size != 0;
-    const std::uint32_t hash = entry.hash;
-    entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(index), std::move(entry));
-    if (index + 1 < entries_.size()) Shift(index, 1);
+    const bool keyed = held.size != 0;
+    const std::uint32_t hash = held.hash;
+    if (keyed || !keys_.empty()) {
+      // Both lists grow together; should the items' fail to, the key is taken out again.
+      keys_.insert(keys_.begin() + static_cast<std::ptrdiff_t>(index), std::move(held));
+      try {
+        items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), std::move(item));
+      } catch (...) {
+        keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(index));
+        throw;
+      }
+    } else {
+      items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), std::move(item));
+    }
+    if (index + 1 < items_.size()) Shift(index, 1);
     if (keyed) {
       Place(index, hash);
       ++index_->keyed;
@@ -218,9 +240,9 @@ class KeyedCollection {
   }
 
   void Erase(std::size_t index) {
-    if (entries_[index].size != 0) {
+    if (!keys_.empty() && keys_[index].size != 0) {
       std::vector<Slot>& slots = index_->slots;
-      const std::size_t slot = FindSlot(entries_[index].Key(), entries_[index].hash);
+      const std::size_t slot = FindSlot(keys_[index].View(), keys_[index].hash);
       // Backward-shift deletion: the slots after the freed one move up when their own slot is
       // not between the two, so that no probe sequence is broken.
       std::size_t hole = slot;
@@ -234,12 +256,14 @@ class KeyedCollection {
       slots[hole] = Slot{};
       --index_->keyed;
     }
-    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
-    if (index < entries_.size()) Shift(index + 1, -1);
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (!keys_.empty()) keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (index < items_.size()) Shift(index + 1, -1);
   }
 
   void CopyFrom(const KeyedCollection& other) {
-    for (const Entry& entry : other.entries_) Append(entry.item, entry.Key());
+    for (std::size_t i = 0; i < other.items_.size(); ++i)
+      Append(other.items_[i], other.keys_.empty() ? std::string_view() : other.keys_[i].View());
   }
 
   // The key index: slots a power of two in number, at most half of them used.
@@ -248,7 +272,8 @@ class KeyedCollection {
     std::size_t keyed = 0;
   };
 
-  std::vector<Entry> entries_;
+  std::vector<Ptr> items_;
+  std::vector<Key> keys_;            // empty, or one per item, once an item has had a key
   std::unique_ptr<KeyIndex> index_;  // null while no entry has a key
 };
 
