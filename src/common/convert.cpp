@@ -1,5 +1,6 @@
 #include "tessaly/common/convert.hpp"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -340,11 +341,23 @@ inline std::uint64_t LoadWord(const char* at, std::size_t size) noexcept {
   return word;
 }
 
+// The bytes of `text` after its last whole eight, as LoadWord gives them (0 when there are
+// none). On a little-endian machine a text of eight bytes or more gives them from its last eight
+// bytes, shifted down, with a load of fixed size instead of a copy of variable size.
+inline std::uint64_t LoadTail(std::string_view text) noexcept {
+  const std::size_t rest = text.size() % 8;
+  if (rest == 0) return 0;
+  if constexpr (std::endian::native == std::endian::little) {
+    if (text.size() >= 8) return LoadWord(text.data() + text.size() - 8, 8) >> (8 * (8 - rest));
+  }
+  return LoadWord(text.data() + text.size() - rest, rest);
+}
+
 inline bool AllAscii(std::string_view text) noexcept {
   std::size_t i = 0;
   for (; i + 8 <= text.size(); i += 8)
     if ((LoadWord(text.data() + i, 8) & kHighBits) != 0) return false;
-  return (LoadWord(text.data() + i, text.size() - i) & kHighBits) == 0;
+  return (LoadTail(text) & kHighBits) == 0;
 }
 
 // A hash of `text` with its ASCII capitals lowered, eight bytes at a time.
@@ -356,7 +369,7 @@ std::size_t LoweredHash(std::string_view text) noexcept {
     hash ^= hash >> 29;
   };
   for (; i + 8 <= text.size(); i += 8) mix(LoadWord(text.data() + i, 8));
-  if (i < text.size()) mix(LoadWord(text.data() + i, text.size() - i));
+  if (i < text.size()) mix(LoadTail(text));
   hash ^= hash >> 33;
   hash *= 0xC4CEB9FE1A85EC53ULL;
   hash ^= hash >> 33;
@@ -384,7 +397,7 @@ bool FoldedEqual(std::string_view a, std::string_view b) noexcept {
       std::size_t i = 0;
       for (; i + 8 <= a.size(); i += 8)
         if (LowerAsciiWord(LoadWord(a.data() + i, 8)) != LowerAsciiWord(LoadWord(b.data() + i, 8))) return false;
-      return LowerAsciiWord(LoadWord(a.data() + i, a.size() - i)) == LowerAsciiWord(LoadWord(b.data() + i, b.size() - i));
+      return LowerAsciiWord(LoadTail(a)) == LowerAsciiWord(LoadTail(b));
     }
   } else if (AllAscii(a) && AllAscii(b)) {
     return false;

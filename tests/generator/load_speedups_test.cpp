@@ -29,7 +29,10 @@ const std::vector<std::string>& FoldSamples() {
       "Temp\xC3\xA9rature", "TEMP\xC3\x89RATURE", "temp\xC3\xa9rature", "Entr\xC3\xA9" "e", "ENTR\xC3\x89" "E",
       "\xC4\x80\xC4\x81", "\xC4\x81\xC4\x81", "\xCE\x91\xCE\xB2", "\xCE\xB1\xCE\x92", "\xD0\x90\xD0\xB1",
       "\xD0\xB0\xD0\x91", "\xD0\x81", "\xD1\x91", "\xC3\x97", "\xC3\xB7", "bad\xC3", "bad\xC3(", "BAD\xC3(",
-      "\xE2\x80\x93 dash", "\xE2\x80\x93 DASH", "\xFF\xFE", "x\xC1\x81", "X\xC1\x81"};
+      "\xE2\x80\x93 dash", "\xE2\x80\x93 DASH", "\xFF\xFE", "x\xC1\x81", "X\xC1\x81",
+      // Tails after whole eight-byte words: they differ or fold alike only in their last bytes.
+      "abcdefghI", "ABCDEFGHi", "abcdefghJ", "abcdefghij\xC3\x89", "ABCDEFGHIJ\xC3\xA9", "abcdefghijklmno",
+      "ABCDEFGHIJKLMNO", "abcdefghijklmnp", "abcdefghijklmnopq", "ABCDEFGHIJKLMNOPQ", "abcdefghijklmnopr"};
   return samples;
 }
 
