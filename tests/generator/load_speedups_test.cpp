@@ -383,5 +383,26 @@ TEST(LoadSpeedupsTest, DeepAndLongElementsInsideASectionAreReleasedWithoutDeepRe
   EXPECT_EQ(facade.ExportUceToText(), reference.ExportUceToText());
 }
 
+TEST(LoadSpeedupsTest, DeepElementInsideTheScreensIsFreedWithTheDocument) {
+  // The screens are not taken apart after reading: an element nested 200000 levels deep among
+  // them goes when the whole DOM is freed, which needs no recursion either.
+  std::string document = bench::GenerateEcuDocument(12, bench::EcuShape{1});
+  TessalyLibXml reference;
+  reference.ImportUceFromText(document);
+
+  constexpr int kLevels = 200000;
+  std::string deep;
+  deep.reserve(kLevels * 7);
+  for (int i = 0; i < kLevels; ++i) deep += "<n>";
+  for (int i = 0; i < kLevels; ++i) deep += "</n>";
+  const std::size_t categoriesAt = document.find("<ds:Categories");
+  ASSERT_NE(categoriesAt, std::string::npos);
+  document.insert(document.find('>', categoriesAt) + 1, deep);
+
+  TessalyLibXml facade;
+  facade.ImportUceFromText(document);
+  EXPECT_EQ(facade.ExportUceToText(), reference.ExportUceToText());
+}
+
 }  // namespace
 }  // namespace tessaly::testing
