@@ -1,10 +1,11 @@
 // The keyed collection shared by every collection class of the model: items in insertion order,
 // reached by 1-based position or by an optional text key. Keys are unique and compared without
-// regard to letter case (see FoldCase); key look-up takes constant time. Each key is stored once,
-// as given, at its item's position in a list of keys kept beside the items once the collection
-// has had a key (a collection that never has one holds its items alone); an open-addressing
-// index of positions finds it (inserting or removing other than at the end renumbers the index,
-// as it moves the items after it).
+// regard to letter case (see FoldCase); key look-up takes constant time. The items sit alone in
+// one vector. Once the collection holds a key, a key index is made: each key, stored once as
+// given, at its item's position in a list of keys, and an open-addressing table of positions
+// that finds it (inserting or removing other than at the end renumbers the table, as it moves
+// the items after it). A collection without keys, such as a request's placements, holds no more
+// than its items.
 //
 // Errors, with the platform's numbers and texts: a position outside 1..Count is error 9, a
 // missing key error 5, a key that is already used error 457. None is caught here.
@@ -106,7 +107,7 @@ class KeyedCollection {
   // The key under which the item at `position` is held ("" when unkeyed).
   std::string_view KeyAt(std::int32_t position) const {
     const std::size_t index = Index(position);
-    return keys_.empty() ? std::string_view() : keys_[index].View();
+    return index_ ? index_->keys[index].View() : std::string_view();
   }
 
   // 1-based position of the very same object, or 0.
@@ -136,12 +137,11 @@ class KeyedCollection {
   void RemoveFirst(std::size_t count) {
     count = std::min(count, items_.size());
     items_.erase(items_.begin(), items_.begin() + static_cast<std::ptrdiff_t>(count));
-    if (!keys_.empty()) keys_.erase(keys_.begin(), keys_.begin() + static_cast<std::ptrdiff_t>(count));
+    if (index_) index_->keys.erase(index_->keys.begin(), index_->keys.begin() + static_cast<std::ptrdiff_t>(count));
     Reindex();
   }
   void RemoveAll() noexcept {
     items_.clear();
-    keys_.clear();
     index_.reset();
   }
 
@@ -168,7 +168,7 @@ class KeyedCollection {
     for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
       const Slot& slot = index_->slots[i];
       if (slot.entry == 0) return kNone;
-      if (slot.hash == hash && FoldedEqual(keys_[slot.entry - 1].View(), key)) return i;
+      if (slot.hash == hash && FoldedEqual(index_->keys[slot.entry - 1].View(), key)) return i;
     }
   }
   // Puts entry `index` (keyed, hash `hash`) into a free slot; the index has room for it.
@@ -178,22 +178,31 @@ class KeyedCollection {
     while (slots[i].entry != 0) i = (i + 1) & Mask();
     slots[i] = Slot{static_cast<std::uint32_t>(index + 1), hash};
   }
-  // Rebuilds the index for the entries as they are, with room for `extra` more keys.
+  // Rebuilds the index for the keys as they are, with room for `extra` more keys; a new index
+  // starts with an empty key for each item held. Without keys, present or to come, there is no
+  // index.
   void Reindex(std::size_t extra = 0) {
     std::size_t keyed = 0;
-    for (const Key& key : keys_) keyed += key.size != 0;
+    if (index_)
+      for (const Key& key : index_->keys) keyed += key.size != 0;
     if (keyed + extra == 0) {
       index_.reset();
       return;
     }
     std::size_t capacity = 8;
     while (capacity < 2 * (keyed + extra)) capacity *= 2;
-    auto index = std::make_unique<KeyIndex>();
-    index->slots.resize(capacity);
-    index->keyed = keyed;
-    index_ = std::move(index);
-    for (std::size_t i = 0; i < keys_.size(); ++i)
-      if (keys_[i].size != 0) Place(i, keys_[i].hash);
+    // Everything that can fail comes before the first change.
+    std::vector<Slot> slots(capacity);
+    if (!index_) {
+      auto fresh = std::make_unique<KeyIndex>();
+      fresh->keys.reserve(std::max(items_.capacity(), items_.size() + extra));
+      fresh->keys.resize(items_.size());
+      index_ = std::move(fresh);
+    }
+    index_->slots = std::move(slots);
+    index_->keyed = keyed;
+    for (std::size_t i = 0; i < index_->keys.size(); ++i)
+      if (index_->keys[i].size != 0) Place(i, index_->keys[i].hash);
   }
   // Adds `delta` to the entry numbers of the slots at or after entry `from`.
   void Shift(std::size_t from, std::int32_t delta) noexcept {
@@ -207,26 +216,22 @@ class KeyedCollection {
     if (!key.empty()) {
       held.hash = HashOf(key);
       if (FindSlot(key, held.hash) != kNone) RaisePlatform(errc::kDuplicateKey);
-      // Room first, so that nothing below can fail once the item is in: the index, and the
-      // list of keys (given the items' room, and an empty key for each item held so far).
+      // Room in the index first, so that nothing below can fail once the item is in.
       if (!index_ || 2 * (index_->keyed + 1) > index_->slots.size()) Reindex(1);
-      if (keys_.empty()) {
-        keys_.reserve(std::max(items_.capacity(), items_.size() + 1));
-        keys_.resize(items_.size());
-      }
       held.text.reset(new char[key.size()]);
       std::memcpy(held.text.get(), key.data(), key.size());
       held.size = static_cast<std::uint32_t>(key.size());
     }
     const bool keyed = held.size != 0;
     const std::uint32_t hash = held.hash;
-    if (keyed || !keys_.empty()) {
-      // Both lists grow together; should the items' fail to, the key is taken out again.
-      keys_.insert(keys_.begin() + static_cast<std::ptrdiff_t>(index), std::move(held));
+    if (index_) {
+      // Items and keys grow together; should the items fail to, the key is taken out again.
+      std::vector<Key>& keys = index_->keys;
+      keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(index), std::move(held));
       try {
         items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), std::move(item));
       } catch (...) {
-        keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(index));
+        keys.erase(keys.begin() + static_cast<std::ptrdiff_t>(index));
         throw;
       }
     } else {
@@ -240,9 +245,9 @@ class KeyedCollection {
   }
 
   void Erase(std::size_t index) {
-    if (!keys_.empty() && keys_[index].size != 0) {
+    if (index_ && index_->keys[index].size != 0) {
       std::vector<Slot>& slots = index_->slots;
-      const std::size_t slot = FindSlot(keys_[index].View(), keys_[index].hash);
+      const std::size_t slot = FindSlot(index_->keys[index].View(), index_->keys[index].hash);
       // Backward-shift deletion: the slots after the freed one move up when their own slot is
       // not between the two, so that no probe sequence is broken.
       std::size_t hole = slot;
@@ -257,24 +262,25 @@ class KeyedCollection {
       --index_->keyed;
     }
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
-    if (!keys_.empty()) keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (index_) index_->keys.erase(index_->keys.begin() + static_cast<std::ptrdiff_t>(index));
     if (index < items_.size()) Shift(index + 1, -1);
   }
 
   void CopyFrom(const KeyedCollection& other) {
     for (std::size_t i = 0; i < other.items_.size(); ++i)
-      Append(other.items_[i], other.keys_.empty() ? std::string_view() : other.keys_[i].View());
+      Append(other.items_[i], other.index_ ? other.index_->keys[i].View() : std::string_view());
   }
 
-  // The key index: slots a power of two in number, at most half of them used.
+  // The key index: one key per item (empty for an item without one), and the slots, a power of
+  // two in number, at most half of them used.
   struct KeyIndex {
+    std::vector<Key> keys;
     std::vector<Slot> slots;
     std::size_t keyed = 0;
   };
 
   std::vector<Ptr> items_;
-  std::vector<Key> keys_;            // empty, or one per item, once an item has had a key
-  std::unique_ptr<KeyIndex> index_;  // null while no entry has a key
+  std::unique_ptr<KeyIndex> index_;  // null while no item has a key
 };
 
 }  // namespace tessaly
