@@ -22,24 +22,16 @@ constexpr const char* kDuplicateType = "Duplicate Data, a data can be used only 
 
 std::string FlagKey(std::string_view dataName) { return "k" + std::string(dataName); }
 
-// 1-based position of the entry held under `key`, or 0.
-std::int32_t PositionOfKey(const FlagList& list, std::string_view key) {
-  const std::string folded = FoldCase(key);
-  for (std::int32_t i = 1; i <= list.Count(); ++i)
-    if (FoldCase(list.KeyAt(i)) == folded) return i;
-  return 0;
-}
-
 // True when re-keying the entry under `oldKey` to `newKey` would collide with another entry.
 bool RenameCollides(const FlagList& list, std::string_view oldKey, std::string_view newKey) {
   std::shared_ptr<DataPositionItem> entry = list.Find(oldKey);
   if (!entry) return false;
-  std::int32_t held = PositionOfKey(list, newKey);
-  return held != 0 && held != PositionOfKey(list, oldKey);
+  std::int32_t held = list.PositionOfKey(newKey);
+  return held != 0 && held != list.PositionOfKey(oldKey);
 }
 
 void Rekey(FlagList& list, std::string_view oldKey, std::string_view newKey) {
-  std::int32_t position = PositionOfKey(list, oldKey);
+  std::int32_t position = list.PositionOfKey(oldKey);
   if (position == 0) return;
   std::shared_ptr<DataPositionItem> entry = list.Item(position);
   list.Remove(position);

@@ -127,14 +127,6 @@ struct NamePairHash {
   }
 };
 
-// The 1-based position of the entry held under `key` (letter case ignored), or 0.
-std::int32_t PositionOfKey(const FlagList& list, std::string_view key) {
-  const std::string folded = FoldCase(key);
-  for (std::int32_t i = 1; i <= list.Count(); ++i)
-    if (FoldCase(list.KeyAt(i)) == folded) return i;
-  return 0;
-}
-
 // True when the test would refuse to move its flag of `oldName` to `newName` (another flag of
 // one of its lists is already held under the new name). Checked before an edit starts changing
 // things, so that such a refusal leaves the whole document as it was.
@@ -142,9 +134,9 @@ bool FlagRenameRefused(const TestItem& test, std::string_view oldName, std::stri
   const std::string oldKey = "k" + std::string(oldName);
   const std::string newKey = "k" + std::string(newName);
   for (const FlagList* list : {&test.StoredFlag(), &test.PresentFlag()}) {
-    std::int32_t from = PositionOfKey(*list, oldKey);
+    std::int32_t from = list->PositionOfKey(oldKey);
     if (from == 0) continue;
-    std::int32_t to = PositionOfKey(*list, newKey);
+    std::int32_t to = list->PositionOfKey(newKey);
     if (to != 0 && to != from) return true;
   }
   return false;

@@ -69,6 +69,19 @@ TEST(KeyedCollectionTest, CollectionWithoutKeysCopiesAndAnswersKeyQuestions) {
   EXPECT_EQ(copy.Find("b"), nullptr);
 }
 
+TEST(KeyedCollectionTest, PositionOfKeyIgnoresLetterCaseAndGivesZeroForMissing) {
+  Texts c;
+  c.Append(S("a"));
+  c.Append(S("s"), "kSpeed");
+  c.Append(S("r"), "kRpm");
+  EXPECT_EQ(c.PositionOfKey("KSPEED"), 2);
+  EXPECT_EQ(c.PositionOfKey("krpm"), 3);
+  EXPECT_EQ(c.PositionOfKey("kGone"), 0);
+  EXPECT_EQ(c.PositionOfKey(""), 0);
+  c.Remove(1);
+  EXPECT_EQ(c.PositionOfKey("kRPM"), 2);
+}
+
 TEST(KeyedCollectionTest, MissingKeyAndBadPositionAreErrors) {
   Texts c;
   c.Append(S("a"));

@@ -104,6 +104,11 @@ class KeyedCollection {
     return slot == kNone ? nullptr : items_[index_->slots[slot].entry - 1];
   }
   bool ContainsKey(std::string_view key) const { return FindSlot(key) != kNone; }
+  // 1-based position of the item under `key`, or 0.
+  std::int32_t PositionOfKey(std::string_view key) const {
+    std::size_t slot = FindSlot(key);
+    return slot == kNone ? 0 : static_cast<std::int32_t>(index_->slots[slot].entry);
+  }
   // The key under which the item at `position` is held ("" when unkeyed).
   std::string_view KeyAt(std::int32_t position) const {
     const std::size_t index = Index(position);
