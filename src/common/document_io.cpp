@@ -18,6 +18,7 @@
 #include <mutex>
 #include <sstream>
 
+#include "common/character_references.hpp"
 #include "common/xml_text_writer.hpp"
 #include "tessaly/common/convert.hpp"
 #include "tessaly/common/error.hpp"
@@ -421,6 +422,11 @@ bool DecodeToUtf8InPlace(std::string& text, std::string& reason) {
   std::size_t bad = FindInvalidUtf8(text, what);
   if (bad != std::string_view::npos) {
     reason = what + " at " + Where(text, bad);
+    return false;
+  }
+  bad = FindInvalidCharacterReference(text);
+  if (bad != std::string_view::npos) {
+    reason = "invalid character reference at " + Where(text, bad);
     return false;
   }
   return true;

@@ -1,4 +1,5 @@
 list(APPEND TESSALY_SOURCES
+  src/common/character_references.cpp
   src/common/convert.cpp
   src/common/document_io.cpp
   src/common/error.cpp

@@ -113,6 +113,34 @@ TEST_F(HostileDocumentTest, InvalidUtf8IsRefusedWithItsPosition) {
   EXPECT_EQ(f.lib.ActiveTarget(), previous);
 }
 
+TEST_F(HostileDocumentTest, ReferenceToASurrogateIsRefusedWithItsPosition) {
+  // Decoded, it would be three bytes that are no character: the saved file would not load.
+  EXPECT_TESSALY_ERROR(ImportFile("invalid-character-reference.xml"), 1, kImportSource,
+                       kBadXml + "invalid character reference at line 3, column 10");
+  EXPECT_EQ(f.lib.ActiveTarget(), previous);
+}
+
+TEST_F(HostileDocumentTest, ReferenceToNulIsRefusedInsteadOfCuttingTheName) {
+  EXPECT_TESSALY_ERROR(ImportFile("nul-character-reference.xml"), 1, kImportSource,
+                       kBadXml + "invalid character reference at line 2, column 26");
+}
+
+TEST_F(HostileDocumentTest, ReferenceBeyondUnicodeFoundByTheFuzzerIsRefused) {
+  EXPECT_TESSALY_ERROR(f.lib.ImportUceFromXml(std::string(TESSALY_TEST_DOCUMENTS) +
+                                              "/../../fuzz/regressions/import/character-reference-beyond-unicode.xml"),
+                       1, kImportSource, kBadXml + "invalid character reference at line 6, column 48");
+}
+
+TEST_F(HostileDocumentTest, ReferencesToControlCharactersLoadAndAreWrittenBackAsReferences) {
+  f.lib.ImportUceFromText("<?xml version=\"1.0\"?>\n<xml><tsl:Target Name=\"T\" email=\"a&#1;b\"><Function Name=\"F\" Address=\"1\"/>"
+                          "</tsl:Target></xml>\n");
+  EXPECT_EQ(f.lib.ActiveTarget()->Email(), "a\x01" "b");
+  const std::string saved = f.lib.ExportUceToText();
+  EXPECT_NE(saved.find("email=\"a&#01;b\""), std::string::npos);
+  f.lib.ImportUceFromText(saved);
+  EXPECT_EQ(f.lib.ActiveTarget()->Email(), "a\x01" "b");
+}
+
 TEST_F(HostileDocumentTest, OverlongUtf8FormIsRefused) {
   // "\xC0\xBC" would be an over-long "<": refused, never read as markup.
   EXPECT_TESSALY_ERROR(ImportFile("overlong-utf8.xml"), 1, kImportSource,
