@@ -129,8 +129,12 @@ class KeyedCollection {
     Insert(Index(position), std::move(item), key);
   }
 
-  // Makes room for `more` entries beyond those held, so that adding them moves nothing.
-  void Reserve(std::size_t more) { items_.reserve(items_.size() + more); }
+  // Makes room for `more` entries beyond those held, so that adding them moves nothing (the
+  // keys of a collection that has none yet get the same room once the first comes).
+  void Reserve(std::size_t more) {
+    items_.reserve(items_.size() + more);
+    if (index_) index_->keys.reserve(index_->keys.size() + more);
+  }
 
   void Remove(std::int32_t position) { Erase(Index(position)); }
   void Remove(std::string_view key) {
