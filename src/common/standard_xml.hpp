@@ -33,8 +33,7 @@ void ForEachChild(pugi::xml_node parNode, const char* element, Read&& read) {
 // The number of child elements of `parNode` named `element`.
 inline std::size_t CountChildren(pugi::xml_node parNode, const char* element) {
   std::size_t count = 0;
-  for (pugi::xml_node child = parNode.child(element); child; child = child.next_sibling(element))
-    count += child.type() == pugi::node_element;
+  ForEachChild(parNode, element, [&count](pugi::xml_node) { ++count; });
   return count;
 }
 

@@ -16,6 +16,17 @@ namespace {
 
 constexpr const char* kLoadSource = "DataItem.loadXml";
 
+// Stores `value` in `field` of `group`, making the group first unless the value is the field's
+// default (an absent group reads as its defaults).
+template <class Group, class Value>
+void StoreInGroup(std::unique_ptr<Group>& group, Value Group::*field, Value value, bool isDefault) {
+  if (!group) {
+    if (isDefault) return;
+    group = std::make_unique<Group>();
+  }
+  (*group).*field = std::move(value);
+}
+
 std::string Key(std::string_view name) {
   std::string key = "k";
   key += name;
@@ -47,28 +58,18 @@ const std::string& DataItem::EmptyText() noexcept {
 }
 
 void DataItem::SetText(std::string Scaling::*field, std::string value) {
-  if (!scaling_) {
-    if (value.empty()) return;
-    scaling_ = std::make_unique<Scaling>();
-  }
-  (*scaling_).*field = std::move(value);
+  const bool empty = value.empty();
+  StoreInGroup(scaling_, field, std::move(value), empty);
 }
 
 void DataItem::SetText(std::string Notes::*field, std::string value) {
-  if (!notes_) {
-    if (value.empty()) return;
-    notes_ = std::make_unique<Notes>();
-  }
-  (*notes_).*field = std::move(value);
+  const bool empty = value.empty();
+  StoreInGroup(notes_, field, std::move(value), empty);
 }
 
 void DataItem::SetCoeff(double Scaling::*field, double byDefault, double value) {
-  if (!scaling_) {
-    // The same bits as the default (so -0.0 and NaN are kept, not taken for the default).
-    if (std::memcmp(&value, &byDefault, sizeof value) == 0) return;
-    scaling_ = std::make_unique<Scaling>();
-  }
-  (*scaling_).*field = value;
+  // The same bits as the default (so -0.0 and NaN are kept, not taken for the default).
+  StoreInGroup(scaling_, field, value, std::memcmp(&value, &byDefault, sizeof value) == 0);
 }
 
 std::shared_ptr<DataItem> DataItem::clone(const std::shared_ptr<TargetItem>& parent) const {
