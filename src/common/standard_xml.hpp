@@ -30,11 +30,21 @@ void ForEachChild(pugi::xml_node parNode, const char* element, Read&& read) {
     if (child.type() == pugi::node_element) read(child);
 }
 
-// The number of child elements of `parNode` named `element`.
-inline std::size_t CountChildren(pugi::xml_node parNode, const char* element) {
+// Reads every child element of `parNode` named `element` into `items`, in document order,
+// through `read(child)`, which adds what it keeps. The collection is sized for the children
+// before reading when they are few: their nodes, once counted, are still in the processor's
+// caches when they are read. A longer list grows as it is read instead (a second walk over a
+// large section would wait for memory at every node) and gives back its spare room at the end,
+// so that a loaded collection holds no more room than its items either way.
+template <class Items, class Read>
+void ReadChildren(Items& items, pugi::xml_node parNode, const char* element, Read&& read) {
+  constexpr std::size_t kCountedAhead = 256;
   std::size_t count = 0;
-  ForEachChild(parNode, element, [&count](pugi::xml_node) { ++count; });
-  return count;
+  for (pugi::xml_node child = parNode.child(element); child && count < kCountedAhead; child = child.next_sibling(element))
+    count += child.type() == pugi::node_element;
+  items.Reserve(count);
+  ForEachChild(parNode, element, read);
+  items.ShrinkToFit();
 }
 
 // Reads the standard form: for each child `element`, a new item (made by `make`) reads itself

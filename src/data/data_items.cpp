@@ -286,8 +286,7 @@ void DataItems::createXMLnode(xml::Out parNode) const {
 
 void DataItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<TargetItem>& parent) {
   Err().Clear();
-  Reserve(CountChildren(parNode, "Data"));
-  ForEachChild(parNode, "Data", [&](pugi::xml_node child) {
+  ReadChildren(*this, parNode, "Data", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataItem>();
     item->set_parent(parent);
     item->loadXml(odoc, child);

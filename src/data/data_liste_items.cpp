@@ -194,8 +194,7 @@ void DataListeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
     Append(entry);
     if (!valueAt.empty()) index(*entry, static_cast<std::size_t>(Count() - 1));
   };
-  Reserve(CountChildren(parNode, "Item"));
-  ForEachChild(parNode, "Item", [&](pugi::xml_node child) {
+  ReadChildren(*this, parNode, "Item", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataListeItem>();
     item->set_parent(parent);
     item->loadXml(odoc, child);

@@ -159,8 +159,7 @@ void DataPositionItems::Read(pugi::xml_document& odoc, pugi::xml_node parNode,
       for (const auto& held : inner_) placed.insert(held->dataName());
     return !placed.insert(name).second;
   };
-  Reserve(CountChildren(parNode, "DataItem"));
-  ForEachChild(parNode, "DataItem", [&](pugi::xml_node child) {
+  ReadChildren(*this, parNode, "DataItem", [&](pugi::xml_node child) {
     auto item = std::make_shared<DataPositionItem>();
     item->set_parent(parent);
     if (param) item->set_param(*param);

@@ -199,8 +199,7 @@ void RequestItems::createXMLnode(xml::Out parNode) const {
 void RequestItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
                            const std::shared_ptr<TargetItem>& parent) {
   Err().Clear();
-  Reserve(CountChildren(parNode, "Request"));
-  ForEachChild(parNode, "Request", [&](pugi::xml_node child) {
+  ReadChildren(*this, parNode, "Request", [&](pugi::xml_node child) {
     auto item = std::make_shared<RequestItem>();
     item->set_parent(parent);
     item->loadXml(odoc, child);

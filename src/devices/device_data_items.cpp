@@ -78,8 +78,7 @@ void DeviceDataItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
                               const std::shared_ptr<OrganeItem>& parent) {
   Err().Clear();
   std::shared_ptr<TargetItem> target = parent ? parent->parent() : nullptr;
-  Reserve(CountChildren(parNode, kElement));
-  ForEachChild(parNode, kElement, [&](pugi::xml_node child) {
+  ReadChildren(*this, parNode, kElement, [&](pugi::xml_node child) {
     auto link = std::make_shared<DeviceDataItem>();
     link->set_parent(parent);
     Trap([&] { link->loadXml(odoc, child); });

@@ -204,8 +204,7 @@ void TestItems::createXMLnode(xml::Out parNode) const {
 void TestItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<OrganeItem>& parent) {
   Err().Clear();
   std::shared_ptr<TargetItem> target = parent ? parent->parent() : nullptr;
-  Reserve(CountChildren(parNode, kElement));
-  ForEachChild(parNode, kElement, [&](pugi::xml_node child) {
+  ReadChildren(*this, parNode, kElement, [&](pugi::xml_node child) {
     auto test = std::make_shared<TestItem>();
     test->set_parent(parent);
     Trap([&] { test->loadXml(odoc, child); });

@@ -86,8 +86,7 @@ void AutoIdentItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode,
   // one; the error of the last dropped record is put back at the end for the caller.
   std::optional<Error> dropped;
   std::int32_t position = 0;
-  Reserve(CountChildren(parNode, "AutoIdent"));
-  ForEachChild(parNode, "AutoIdent", [&](pugi::xml_node child) {
+  ReadChildren(*this, parNode, "AutoIdent", [&](pugi::xml_node child) {
     ++position;
     auto item = std::make_shared<AutoIdentItem>();
     item->set_parent(parent);

@@ -90,8 +90,7 @@ void ButtonItems::createXMLnode(xml::Out parNode) const {
 
 void ButtonItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<ScreenItem>& parent) {
   Err().Clear();
-  Reserve(CountChildren(parNode, "Button"));
-  ForEachChild(parNode, "Button", [&](pugi::xml_node element) {
+  ReadChildren(*this, parNode, "Button", [&](pugi::xml_node element) {
     auto item = std::make_shared<ButtonItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);

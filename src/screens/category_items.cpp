@@ -89,8 +89,7 @@ void CategoryItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, co
   // constant time per category rather than by a scan of the list.
   std::unordered_set<std::string> held;
   for (const auto& item : inner_) held.insert(item->categoryName());
-  Reserve(CountChildren(parNode, "Category"));
-  ForEachChild(parNode, "Category", [&](pugi::xml_node element) {
+  ReadChildren(*this, parNode, "Category", [&](pugi::xml_node element) {
     auto item = std::make_shared<CategoryItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);

@@ -62,8 +62,7 @@ void LabelItems::createXMLnode(xml::Out parNode) const {
 
 void LabelItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<ScreenItem>& parent) {
   Err().Clear();
-  Reserve(CountChildren(parNode, "Label"));
-  ForEachChild(parNode, "Label", [&](pugi::xml_node element) {
+  ReadChildren(*this, parNode, "Label", [&](pugi::xml_node element) {
     auto item = std::make_shared<LabelItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);

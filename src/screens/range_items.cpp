@@ -81,8 +81,7 @@ void RangeItems::createXMLnode(xml::Out parNode) const {
 
 void RangeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<DisplayItem>& parent) {
   Err().Clear();
-  Reserve(CountChildren(parNode, "Threshold"));
-  ForEachChild(parNode, "Threshold", [&](pugi::xml_node element) {
+  ReadChildren(*this, parNode, "Threshold", [&](pugi::xml_node element) {
     auto item = std::make_shared<RangeItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);

@@ -146,8 +146,7 @@ void ScenarioItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, co
   // scenario reads in linear time.
   std::int32_t largest = 0;
   for (const auto& step : *this) largest = std::max(largest, step->Index());
-  Reserve(CountChildren(parNode, "Send"));
-  ForEachChild(parNode, "Send", [&](pugi::xml_node element) {
+  ReadChildren(*this, parNode, "Send", [&](pugi::xml_node element) {
     auto item = std::make_shared<ScenarioItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);

@@ -141,8 +141,7 @@ void ScreenItems::createXMLnode(xml::Out parNode) const {
 
 void ScreenItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, const std::shared_ptr<CategoryItem>& parent) {
   Err().Clear();
-  Reserve(CountChildren(parNode, "Screen"));
-  ForEachChild(parNode, "Screen", [&](pugi::xml_node element) {
+  ReadChildren(*this, parNode, "Screen", [&](pugi::xml_node element) {
     auto item = std::make_shared<ScreenItem>();
     item->set_parent(parent);
     item->loadXml(odoc, element);

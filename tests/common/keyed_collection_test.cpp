@@ -58,6 +58,24 @@ TEST(KeyedCollectionTest, FirstKeyAfterUnkeyedItemsLeavesTheEarlierOnesUnkeyed) 
   EXPECT_EQ(*copy.Item(3), "c");
 }
 
+TEST(KeyedCollectionTest, ShrinkToFitKeepsItemsPositionsAndKeys) {
+  Texts c;
+  c.Reserve(100);
+  c.Append(S("a"));
+  c.Append(S("b"), "kb");
+  c.ShrinkToFit();
+  c.Append(S("c"), "kc");
+  c.ShrinkToFit();
+  ASSERT_EQ(c.Count(), 3);
+  EXPECT_EQ(*c.Item(1), "a");
+  EXPECT_EQ(*c.Item("KB"), "b");
+  EXPECT_EQ(c.PositionOfKey("kc"), 3);
+  EXPECT_EQ(c.KeyAt(1), "");
+  c.Remove("kb");
+  EXPECT_EQ(*c.Item("kc"), "c");
+  EXPECT_EQ(c.PositionOfKey("kc"), 2);
+}
+
 TEST(KeyedCollectionTest, CollectionWithoutKeysCopiesAndAnswersKeyQuestions) {
   Texts c;
   c.Append(S("a"));

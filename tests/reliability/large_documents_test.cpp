@@ -155,6 +155,34 @@ TEST_F(LargeDocumentTest, PlacementListsOfEveryLengthRefuseAsAddDataDoes) {
   }
 }
 
+// A reader sizes a short list before reading it and lets a long one grow; lengths around the
+// point where one way gives over to the other load whole, in document order, under their keys.
+TEST_F(LargeDocumentTest, ListsOfEveryLengthAroundTheCountedAheadPartLoadInOrderUnderTheirKeys) {
+  for (int length : {1, 255, 256, 257, 513, 1000}) {
+    std::string datas;
+    std::string placements;
+    for (int i = 0; i < length; ++i) {
+      const std::string name = "D" + std::to_string(length - i);
+      datas += "<Data Name=\"" + name + "\"/>\n";
+      placements += "<DataItem Name=\"" + name + "\" FirstByte=\"" + std::to_string(i) + "\"/>";
+    }
+    Import(EcuFrame("<Datas>\n" + datas + "</Datas>\n<Requests Endian=\"Big\">\n<Request Name=\"R\"><Received>" +
+                    placements + "</Received></Request>\n</Requests>\n"));
+    const auto& data = f.lib.ActiveTarget()->datas();
+    const auto& read = f.lib.ActiveTarget()->Requests()->ItemName("R")->DataPositions();
+    ASSERT_EQ(data->Count(), length);
+    ASSERT_EQ(read->Count(), length);
+    for (int i = 0; i < length; ++i) {
+      const std::string name = "D" + std::to_string(length - i);
+      EXPECT_EQ(data->Item(i + 1)->dataName(), name) << "length " << length;
+      EXPECT_EQ(data->ItemName(name), data->Item(i + 1)) << "length " << length;
+      EXPECT_EQ(read->Item(i + 1)->dataName(), name) << "length " << length;
+      EXPECT_EQ(read->Item(i + 1)->StartOctet(), i) << "length " << length;
+    }
+    EXPECT_TRUE(f.diagnostics.empty()) << "length " << length;
+  }
+}
+
 TEST_F(LargeDocumentTest, ScenarioStepsAreNumberedInOrderCountingOnlyTheStepsKept) {
   f.lib.ImportUceFromText(EcuFrame(
       "<Requests Endian=\"Big\">\n<Request Name=\"Ping\"/>\n</Requests>\n<ds:Categories>\n<Category Name=\"C\">\n\n"

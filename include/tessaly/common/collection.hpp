@@ -27,6 +27,10 @@ class Collection {
   // Removes the entry; the item itself is not cleared.
   void Remove(std::int32_t position) { inner_.Remove(position); }
   void Remove(std::string_view key) { inner_.Remove(key); }
+  // Makes room for `more` items beyond those held, so that adding them moves nothing.
+  void Reserve(std::size_t more) { inner_.Reserve(more); }
+  // Gives back the room held beyond the items.
+  void ShrinkToFit() { inner_.ShrinkToFit(); }
   // Iteration in insertion order (the collection's enumerator).
   const_iterator begin() const { return inner_.begin(); }
   const_iterator end() const { return inner_.end(); }
@@ -73,9 +77,6 @@ class Collection {
     return nullptr;
   }
 
-  // Makes room for `more` items; a reader calls it with the number of elements it will read,
-  // so that the collection holds no spare room once loaded.
-  void Reserve(std::size_t more) { inner_.Reserve(more); }
 
   // Adds under `key` when it is not empty, unkeyed otherwise; returns the item.
   const Ptr& Append(const Ptr& item, std::string_view key = {}) {

@@ -136,6 +136,12 @@ class KeyedCollection {
     if (index_) index_->keys.reserve(index_->keys.size() + more);
   }
 
+  // Gives back the room held beyond the entries held.
+  void ShrinkToFit() {
+    items_.shrink_to_fit();
+    if (index_) index_->keys.shrink_to_fit();
+  }
+
   void Remove(std::int32_t position) { Erase(Index(position)); }
   void Remove(std::string_view key) {
     std::size_t slot = FindSlot(key);
