@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 
+#include "common/section_release.hpp"
 #include "common/xml_util.hpp"
 #include "tessaly/common/error.hpp"
 
@@ -35,7 +36,8 @@ void ForEachChild(pugi::xml_node parNode, const char* element, Read&& read) {
 // before reading when they are few: their nodes, once counted, are still in the processor's
 // caches when they are read. A longer list grows as it is read instead (a second walk over a
 // large section would wait for memory at every node) and gives back its spare room at the end,
-// so that a loaded collection holds no more room than its items either way.
+// so that a loaded collection holds no more room than its items either way. Each child is
+// handed to SectionRelease::ChildRead once read.
 template <class Items, class Read>
 void ReadChildren(Items& items, pugi::xml_node parNode, const char* element, Read&& read) {
   constexpr std::size_t kCountedAhead = 256;
@@ -43,7 +45,12 @@ void ReadChildren(Items& items, pugi::xml_node parNode, const char* element, Rea
   for (pugi::xml_node child = parNode.child(element); child && count < kCountedAhead; child = child.next_sibling(element))
     count += child.type() == pugi::node_element;
   items.Reserve(count);
-  ForEachChild(parNode, element, read);
+  for (pugi::xml_node child = parNode.child(element); child;) {
+    const pugi::xml_node next = child.next_sibling(element);
+    if (child.type() == pugi::node_element) read(child);
+    SectionRelease::ChildRead(parNode, child);
+    child = next;
+  }
   items.ShrinkToFit();
 }
 

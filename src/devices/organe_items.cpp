@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "common/section_release.hpp"
 #include "common/xml_util.hpp"
 #include "target/reporting.hpp"
 #include "tessaly/common/convert.hpp"
@@ -244,8 +245,7 @@ void OrganeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, cons
   } inUse{loadingObdIndex_};
   loadingObdIndex_ = &obdIndex;
 
-  for (pugi::xml_node child = parNode.first_child(); child; child = child.next_sibling()) {
-    if (child.type() != pugi::node_element || xml::BaseName(child) != kElement) continue;
+  auto read = [&](pugi::xml_node child) {
     auto device = std::make_shared<OrganeItem>();
     device->set_parent(parent);
     Trap([&] { device->loadXml(odoc, child); });
@@ -255,12 +255,18 @@ void OrganeItems::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode, cons
       if (Err().Number() == errc::kMissingName && device->organeName().empty())
         if (auto facade = DiagnosticsOf(parent.get()))
           facade->ReportDiagnostic(Diagnostic::Action::kRepaired, child, "Device without Name", Err().Description());
-      continue;
+      return;
     }
     if (auto facade = DiagnosticsOf(parent.get()))
       facade->ReportDiagnostic(Diagnostic::Action::kDropped, child, "Device " + device->organeName(),
                                Err().Description());
     device->clear();
+  };
+  for (pugi::xml_node child = parNode.first_child(); child;) {
+    const pugi::xml_node next = child.next_sibling();
+    if (child.type() == pugi::node_element && xml::BaseName(child) == kElement) read(child);
+    SectionRelease::ChildRead(parNode, child);
+    child = next;
   }
 }
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "common/document_io.hpp"
+#include "common/section_release.hpp"
 #include "common/xml_util.hpp"
-#include "target/section_release.hpp"
 #include "tessaly/common/convert.hpp"
 #include "tessaly/common/error.hpp"
 #include "tessaly/facade/multi_lang.hpp"

@@ -13,7 +13,7 @@
 #include "tessaly/params/target_param_item.hpp"
 #include "tessaly/screens/category_items.hpp"
 #include "target/reporting.hpp"
-#include "target/section_release.hpp"
+#include "common/section_release.hpp"
 
 namespace tessaly {
 namespace {
@@ -58,60 +58,7 @@ bool IsProjectName(std::string_view name) {
   return true;
 }
 
-// Frees `node` and everything below it, removing only nodes that have no child left, deepest
-// first: however deep the nesting, no more stack is needed than for a flat element.
-void RemoveLeavesFirst(pugi::xml_node parent, pugi::xml_node node) {
-  const pugi::xml_node top = node;
-  for (;;) {
-    if (pugi::xml_node child = node.last_child()) {
-      node = child;
-      continue;
-    }
-    if (node == top) break;
-    pugi::xml_node above = node.parent();
-    above.remove_child(node);
-    node = above;
-  }
-  parent.remove_child(top);
-}
-
-// Takes `element` out of `parent` and frees its nodes; `end` is where the element's text ends
-// (the offset of what follows it), or -1 when unknown. pugixml frees a removed node's children
-// by recursion, one level of stack per level of nesting; a child written in fewer than
-// kShallowBytes of the text cannot nest deeper than kShallowBytes / 7 levels (each level takes
-// at least "<a>" and "</a>"), so it is removed whole. A longer one is taken apart the same way,
-// down to kSplitLevels levels; below that, or when the text cannot tell a child's extent, it
-// is freed leaves first.
-void ReleaseElement(pugi::xml_node parent, pugi::xml_node element, std::ptrdiff_t end, int level = 0) {
-  constexpr std::ptrdiff_t kShallowBytes = 4096;
-  constexpr int kSplitLevels = 8;
-  // Where a child starts is where the one before it ended: each offset is looked up once.
-  pugi::xml_node child = element.first_child();
-  std::ptrdiff_t start = child ? child.offset_debug() : -1;
-  while (child) {
-    const pugi::xml_node next = child.next_sibling();
-    const std::ptrdiff_t childEnd = next ? next.offset_debug() : end;
-    if (start >= 0 && childEnd > start && childEnd - start <= kShallowBytes) {
-      element.remove_child(child);
-    } else if (start >= 0 && childEnd > start && level < kSplitLevels) {
-      ReleaseElement(element, child, childEnd, level + 1);
-    } else {
-      RemoveLeavesFirst(element, child);
-    }
-    child = next;
-    start = childEnd;
-  }
-  parent.remove_child(element);
-}
-
-// Whether a SectionRelease lives on this thread.
-thread_local bool sectionReleaseAllowed = false;
-
 }  // namespace
-
-SectionRelease::SectionRelease() : previous_(sectionReleaseAllowed) { sectionReleaseAllowed = true; }
-SectionRelease::~SectionRelease() { sectionReleaseAllowed = previous_; }
-bool SectionRelease::Allowed() noexcept { return sectionReleaseAllowed; }
 
 std::shared_ptr<TargetItem> TargetItem::Create() {
   std::shared_ptr<TargetItem> target(new TargetItem());
@@ -324,31 +271,27 @@ void TargetItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
   Parametres_->loadXml(target);
 
   // Each section is read from its own element only, and nothing reads it again afterwards, so
-  // when the DOM is the facade's own its elements are taken out once read: the memory they held
-  // goes back to the heap and the items of the next sections are built in it, instead of the
-  // DOM and the whole model being held at the same time. The screens are left in: only the
-  // auto-identifications are read after them, and the DOM is freed whole right after the load,
-  // much faster than node by node.
-  const bool releasing = SectionRelease::Allowed();
-  auto release = [&target, releasing](pugi::xml_node section) {
-    if (!releasing) return;
-    const pugi::xml_node next = section.next_sibling();
-    ReleaseElement(target, section, next ? next.offset_debug() : -1);
-  };
+  // when the DOM is the facade's own, the data, requests and devices are freed one by one as
+  // they are read, and what is left of their sections afterwards (see SectionRelease). The
+  // screens are left in: only the auto-identifications are read after them, and the DOM is
+  // freed whole right after the load, much faster than node by node.
   if (pugi::xml_node node = xml::Child(target, "Datas")) {
     if (!datas_) datas_ = std::make_shared<DataItems>();
+    SectionRelease::ChildByChild freeing(node);
     datas_->loadXml(odoc, node, self);
-    release(node);
+    SectionRelease::Release(target, node);
   }
   if (pugi::xml_node node = xml::Child(target, "Requests")) {
     if (!Requests_) Requests_ = std::make_shared<RequestItems>();
+    SectionRelease::ChildByChild freeing(node);
     Requests_->loadXml(odoc, node, self);
-    release(node);
+    SectionRelease::Release(target, node);
   }
   if (pugi::xml_node node = xml::Child(target, "Devices")) {
     if (!Organes_) Organes_ = std::make_shared<OrganeItems>();
+    SectionRelease::ChildByChild freeing(node);
     Organes_->loadXml(odoc, node, self);
-    release(node);
+    SectionRelease::Release(target, node);
   }
   if (pugi::xml_node node = xml::Child(target, "ds:Categories")) {
     if (!Categories_) Categories_ = std::make_shared<CategoryItems>();

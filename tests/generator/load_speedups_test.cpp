@@ -357,6 +357,24 @@ TEST(LoadSpeedupsTest, ImportReleasingItsSectionsGivesTheSameModelAsALoadThatKee
   EXPECT_EQ(facade.ExportUceToText(), direct.ExportUceToText());
 }
 
+// An element nested `levels` deep.
+std::string Nested(int levels) {
+  std::string text;
+  text.reserve(static_cast<std::size_t>(levels) * 7);
+  for (int i = 0; i < levels; ++i) text += "<n>";
+  for (int i = 0; i < levels; ++i) text += "</n>";
+  return text;
+}
+
+// An element of a few levels holding more than a page of text.
+std::string LongElement() {
+  std::string text = "<w>";
+  for (int i = 0; i < 2000; ++i) text += "<v a=\"1\"><u>text</u></v>";
+  return text + "</w>";
+}
+
+constexpr int kDeepLevels = 200000;
+
 TEST(LoadSpeedupsTest, DeepAndLongElementsInsideASectionAreReleasedWithoutDeepRecursion) {
   // An element nested 200000 levels deep and one holding more than a page of text, between the
   // data of the section: neither is read, both are freed with the section.
@@ -365,21 +383,44 @@ TEST(LoadSpeedupsTest, DeepAndLongElementsInsideASectionAreReleasedWithoutDeepRe
   reference.ImportUceFromText(document);
   const std::int32_t datas = reference.ActiveTarget()->datas()->Count();
 
-  constexpr int kLevels = 200000;
-  std::string deep;
-  deep.reserve(kLevels * 7 + 64);
-  for (int i = 0; i < kLevels; ++i) deep += "<n>";
-  for (int i = 0; i < kLevels; ++i) deep += "</n>";
-  std::string wide = "<w>";
-  for (int i = 0; i < 2000; ++i) wide += "<v a=\"1\"><u>text</u></v>";
-  wide += "</w>";
   const std::size_t datasAt = document.find("<Datas>");
   ASSERT_NE(datasAt, std::string::npos);
-  document.insert(datasAt + 7, deep + wide);
+  document.insert(datasAt + 7, Nested(kDeepLevels) + LongElement());
 
   TessalyLibXml facade;
   facade.ImportUceFromText(document);
   EXPECT_EQ(facade.ActiveTarget()->datas()->Count(), datas);
+  EXPECT_EQ(facade.ExportUceToText(), reference.ExportUceToText());
+}
+
+TEST(LoadSpeedupsTest, NodesBetweenAndAfterTheElementsOfASectionAreFreedWithThemWithoutDeepRecursion) {
+  // The data, requests and devices are freed one by one as they are read, each with the nodes
+  // before it. Between two of them and after the last one of each section: an element nested
+  // 200000 levels deep, one holding more than a page of text, a comment and a processing
+  // instruction. None of them is read; the model is that of the document without them.
+  std::string document = bench::GenerateEcuDocument(11, bench::EcuShape{1});
+  TessalyLibXml reference;
+  reference.ImportUceFromText(document);
+
+  const std::string junk = Nested(kDeepLevels) + LongElement() + "<!-- between --><?pi between?>";
+  for (const char* element : {"<Data ", "<Request ", "<Device "}) {
+    const std::size_t first = document.find(element);
+    ASSERT_NE(first, std::string::npos) << element;
+    const std::size_t second = document.find(element, first + 1);
+    ASSERT_NE(second, std::string::npos) << element;
+    document.insert(second, junk);
+  }
+  for (const char* end : {"</Datas>", "</Requests>", "</Devices>"}) {
+    const std::size_t at = document.find(end);
+    ASSERT_NE(at, std::string::npos) << end;
+    document.insert(at, junk);
+  }
+
+  TessalyLibXml facade;
+  facade.ImportUceFromText(document);
+  EXPECT_EQ(facade.ActiveTarget()->datas()->Count(), reference.ActiveTarget()->datas()->Count());
+  EXPECT_EQ(facade.ActiveTarget()->Requests()->Count(), reference.ActiveTarget()->Requests()->Count());
+  EXPECT_EQ(facade.ActiveTarget()->Organes()->Count(), reference.ActiveTarget()->Organes()->Count());
   EXPECT_EQ(facade.ExportUceToText(), reference.ExportUceToText());
 }
 
@@ -390,14 +431,9 @@ TEST(LoadSpeedupsTest, DeepElementInsideTheScreensIsFreedWithTheDocument) {
   TessalyLibXml reference;
   reference.ImportUceFromText(document);
 
-  constexpr int kLevels = 200000;
-  std::string deep;
-  deep.reserve(kLevels * 7);
-  for (int i = 0; i < kLevels; ++i) deep += "<n>";
-  for (int i = 0; i < kLevels; ++i) deep += "</n>";
   const std::size_t categoriesAt = document.find("<ds:Categories");
   ASSERT_NE(categoriesAt, std::string::npos);
-  document.insert(document.find('>', categoriesAt) + 1, deep);
+  document.insert(document.find('>', categoriesAt) + 1, Nested(kDeepLevels));
 
   TessalyLibXml facade;
   facade.ImportUceFromText(document);
