@@ -369,7 +369,7 @@ int Usage() {
   std::cerr << "usage: tessaly-benchmark [--sizes MB,MB,...] [--seed N] [--repeat N] [--dir DIR]\n"
                "  --sizes   document sizes in megabytes (10^6 bytes); default 1,10,100\n"
                "  --seed    generator seed; default 42\n"
-               "  --repeat  runs of each phase, the best one kept; default 3\n"
+               "  --repeat  runs of each phase, the best one kept; default 5\n"
                "  --dir     where the documents are written; default the system's temporary directory\n";
   return 2;
 }
@@ -386,7 +386,7 @@ int main(int argc, char** argv) {
 
   std::vector<double> sizes = {1, 10, 100};
   std::uint64_t seed = 42;
-  int repeat = 3;
+  int repeat = 5;
   std::string dir = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp";
   for (int a = 1; a < argc; ++a) {
     std::string arg = argv[a];
