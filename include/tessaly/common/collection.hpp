@@ -77,7 +77,6 @@ class Collection {
     return nullptr;
   }
 
-
   // Adds under `key` when it is not empty, unkeyed otherwise; returns the item.
   const Ptr& Append(const Ptr& item, std::string_view key = {}) {
     inner_.Append(item, key);
