@@ -1,5 +1,6 @@
 #include "common/xml_util.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -61,6 +62,31 @@ pugi::xml_node FirstComment(pugi::xml_node node) {
   for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling())
     if (child.type() == pugi::node_comment) return child;
   return {};
+}
+
+pugi::xml_node FindChildren(pugi::xml_node node, std::initializer_list<const char*> names,
+                            std::span<pugi::xml_node> found) {
+  std::fill(found.begin(), found.end(), pugi::xml_node());
+  pugi::xml_node comment;
+  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
+    const pugi::xml_node_type type = child.type();
+    if (type == pugi::node_comment) {
+      if (!comment) comment = child;
+      continue;
+    }
+    if (type != pugi::node_element) continue;
+    const char* name = child.name();
+    std::size_t i = 0;
+    for (const char* wanted : names) {
+      // The first letters differ for most pairs: the comparison of the rest is seldom needed.
+      if (!found[i] && name[0] == wanted[0] && std::strcmp(name, wanted) == 0) {
+        found[i] = child;
+        break;
+      }
+      ++i;
+    }
+  }
+  return comment;
 }
 
 std::optional<std::string_view> Attr(pugi::xml_node node, const char* name) {

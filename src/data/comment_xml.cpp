@@ -8,10 +8,15 @@
 namespace tessaly::data {
 
 std::string ReadComment(pugi::xml_node node) {
+  const pugi::xml_node comment = xml::Child(node, "Comment");
+  return ReadComment(comment, comment ? pugi::xml_node() : xml::FirstComment(node));
+}
+
+std::string ReadComment(pugi::xml_node comment, pugi::xml_node remark) {
   std::string text;
-  if (pugi::xml_node comment = xml::Child(node, "Comment")) {
+  if (comment) {
     text = xml::Text(comment);
-  } else if (pugi::xml_node remark = xml::FirstComment(node)) {
+  } else if (remark) {
     text = remark.value();
   } else {
     return {};

@@ -1,5 +1,6 @@
 #include "tessaly/data/data_items.hpp"
 
+#include <array>
 #include <cstring>
 #include <optional>
 
@@ -152,16 +153,23 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
   xml::Store(dataName_, *name);
 
   notes_.reset();
-  set_Description(data::ReadComment(parNode));
-  Mnemo_ = xml::Text(xml::Child(parNode, "Mnemonic"));
-  set_Fiche(xml::Text(xml::Child(parNode, "Description")));
+  std::array<pugi::xml_node, 5> children;
+  const pugi::xml_node remark =
+      xml::FindChildren(parNode, {"Comment", "Mnemonic", "Description", "Bits", "Bytes"}, children);
+  const auto& [comment, mnemonic, description, bits, bytes] = children;
+  set_Description(data::ReadComment(comment, remark));
+  Mnemo_ = xml::Text(mnemonic);
+  set_Fiche(xml::Text(description));
 
   ResetNumeric();
-  if (pugi::xml_node bits = xml::Child(parNode, "Bits")) {
+  if (bits) {
     numerique_ = true;
     Trap([&] { xml::ReadInt(bits, "count", NumberBits_); });
     if (auto sign = xml::Attr(bits, "signed")) Signe_ = ToBoolOrFalse(*sign);
-    if (pugi::xml_node scaled = xml::Child(bits, "Scaled")) {
+    std::array<pugi::xml_node, 2> parts;
+    xml::FindChildren(bits, {"Scaled", "List"}, parts);
+    const auto& [scaled, list] = parts;
+    if (scaled) {
       // Each coefficient is the number its text starts with: "0,5" reads as 0.
       if (auto step = xml::Attr(scaled, "Step")) set_CoeffA(LeadingNumber(*step));
       if (auto offset = xml::Attr(scaled, "Offset")) set_CoeffB(LeadingNumber(*offset));
@@ -169,7 +177,7 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
       if (auto unit = xml::Attr(scaled, "Unit")) set_Unite(std::string(*unit));
       if (auto format = xml::Attr(scaled, "Format")) set_DataFormat(std::string(*format));
     }
-    if (pugi::xml_node list = xml::Child(bits, "List")) {
+    if (list) {
       liste_ = true;
       DataListes_ = std::make_shared<DataListeItems>();
       // The list reader starts from a clear error state; an error this item met before stays
@@ -179,7 +187,7 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
       DataListes_->loadXml(odoc, list, weak_from_this().lock());
       if (earlier) Err().Raise(*earlier);
     }
-  } else if (pugi::xml_node bytes = xml::Child(parNode, "Bytes")) {
+  } else if (bytes) {
     numerique_ = false;
     if (auto count = xml::Attr(bytes, "count"))
       Trap([&] { NumberBits_ = RoundToInt32(LeadingNumber(*count) * 8.0); });

@@ -1,5 +1,6 @@
 #include "tessaly/data/request_items.hpp"
 
+#include <array>
 #include <optional>
 
 #include "common/standard_xml.hpp"
@@ -98,37 +99,46 @@ void RequestItem::loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode) {
   }
   xml::Store(requestName_, *name);
 
-  Commentaire_ = data::ReadComment(reqNode);
-  DossierMaintenabilite_ = static_cast<bool>(xml::Child(reqNode, "DossierMaintenabilite"));
-  ManuelSend_ = static_cast<bool>(xml::Child(reqNode, "ManuelSend"));
+  std::array<pugi::xml_node, 6> children;
+  const pugi::xml_node remark = xml::FindChildren(
+      reqNode, {"Comment", "DossierMaintenabilite", "ManuelSend", "DenyAccess", "Sent", "Received"}, children);
+  const auto& [comment, dossier, manual, deny, sent, received] = children;
+  Commentaire_ = data::ReadComment(comment, remark);
+  DossierMaintenabilite_ = static_cast<bool>(dossier);
+  ManuelSend_ = static_cast<bool>(manual);
 
   AccesTous_ = AccesUsine_ = AccesApresVente_ = AccesEtudes_ = AccesConstructeur_ = true;
-  if (pugi::xml_node deny = xml::Child(reqNode, "DenyAccess")) {
-    AccesTous_ = !xml::Child(deny, "NoSDS");
-    AccesUsine_ = !xml::Child(deny, "Plant");
-    AccesApresVente_ = !xml::Child(deny, "AfterSales");
-    AccesEtudes_ = !xml::Child(deny, "Engineering");
-    AccesConstructeur_ = !xml::Child(deny, "Supplier");
+  if (deny) {
+    std::array<pugi::xml_node, 5> denied;
+    xml::FindChildren(deny, {"NoSDS", "Plant", "AfterSales", "Engineering", "Supplier"}, denied);
+    AccesTous_ = !denied[0];
+    AccesUsine_ = !denied[1];
+    AccesApresVente_ = !denied[2];
+    AccesEtudes_ = !denied[3];
+    AccesConstructeur_ = !denied[4];
   }
 
   std::shared_ptr<RequestItem> self = weak_from_this().lock();
 
   if (!RequestBytes_) RequestBytes_ = std::make_shared<ByteString>();
   LgVariable_ = false;
-  if (pugi::xml_node sent = xml::Child(reqNode, "Sent")) {
-    LgVariable_ = static_cast<bool>(xml::Child(sent, "VariableLength"));
-    if (pugi::xml_node bytes = xml::Child(sent, "SentBytes")) RequestBytes_->FromText(xml::Text(bytes));
+  if (sent) {
+    std::array<pugi::xml_node, 2> parts;
+    xml::FindChildren(sent, {"VariableLength", "SentBytes"}, parts);
+    LgVariable_ = static_cast<bool>(parts[0]);
+    if (parts[1]) RequestBytes_->FromText(xml::Text(parts[1]));
     if (!DataPositions_) DataPositions_ = std::make_shared<DataPositionItems>();
     KeepingPendingError([&] { DataPositions_->loadXmlType(odoc, sent, self, true); });
   }
 
   if (!ReplyBytes_) ReplyBytes_ = std::make_shared<ByteString>();
   ShiftBytesCount_ = 0;
-  if (pugi::xml_node received = xml::Child(reqNode, "Received")) {
+  if (received) {
     Trap([&] { xml::ReadInt(received, "MinBytes", LengthDatas_); });
-    if (pugi::xml_node shift = xml::Child(received, "ShiftBytesCount"))
-      Trap([&] { ShiftBytesCount_ = ToInt32(xml::Text(shift)); });
-    if (pugi::xml_node bytes = xml::Child(received, "ReplyBytes")) ReplyBytes_->FromText(xml::Text(bytes));
+    std::array<pugi::xml_node, 2> parts;
+    xml::FindChildren(received, {"ShiftBytesCount", "ReplyBytes"}, parts);
+    if (parts[0]) Trap([&] { ShiftBytesCount_ = ToInt32(xml::Text(parts[0])); });
+    if (parts[1]) ReplyBytes_->FromText(xml::Text(parts[1]));
     if (!DataPositions_) DataPositions_ = std::make_shared<DataPositionItems>();
     KeepingPendingError([&] { DataPositions_->loadXmlType(odoc, received, self, false); });
   }
