@@ -41,11 +41,13 @@ void ForEachChild(pugi::xml_node parNode, const char* element, Read&& read) {
 template <class Items, class Read>
 void ReadChildren(Items& items, pugi::xml_node parNode, const char* element, Read&& read) {
   constexpr std::size_t kCountedAhead = 256;
+  const pugi::xml_node first = parNode.child(element);
+  if (!first) return;
   std::size_t count = 0;
-  for (pugi::xml_node child = parNode.child(element); child && count < kCountedAhead; child = child.next_sibling(element))
+  for (pugi::xml_node child = first; child && count < kCountedAhead; child = child.next_sibling(element))
     count += child.type() == pugi::node_element;
   items.Reserve(count);
-  for (pugi::xml_node child = parNode.child(element); child;) {
+  for (pugi::xml_node child = first; child;) {
     const pugi::xml_node next = child.next_sibling(element);
     if (child.type() == pugi::node_element) read(child);
     SectionRelease::ChildRead(parNode, child);
