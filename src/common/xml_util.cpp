@@ -1,6 +1,5 @@
 #include "common/xml_util.hpp"
 
-#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -64,9 +63,8 @@ pugi::xml_node FirstComment(pugi::xml_node node) {
   return {};
 }
 
-pugi::xml_node FindChildren(pugi::xml_node node, std::initializer_list<const char*> names,
-                            std::span<pugi::xml_node> found) {
-  std::fill(found.begin(), found.end(), pugi::xml_node());
+pugi::xml_node FindChildren(pugi::xml_node node, std::initializer_list<Wanted> wanted) {
+  for (const Wanted& w : wanted) *w.found = pugi::xml_node();
   pugi::xml_node comment;
   for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
     const pugi::xml_node_type type = child.type();
@@ -76,14 +74,12 @@ pugi::xml_node FindChildren(pugi::xml_node node, std::initializer_list<const cha
     }
     if (type != pugi::node_element) continue;
     const char* name = child.name();
-    std::size_t i = 0;
-    for (const char* wanted : names) {
+    for (const Wanted& w : wanted) {
       // The first letters differ for most pairs: the comparison of the rest is seldom needed.
-      if (!found[i] && name[0] == wanted[0] && std::strcmp(name, wanted) == 0) {
-        found[i] = child;
+      if (!*w.found && name[0] == w.name[0] && std::strcmp(name, w.name) == 0) {
+        *w.found = child;
         break;
       }
-      ++i;
     }
   }
   return comment;

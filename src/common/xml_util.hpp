@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -31,12 +30,17 @@ pugi::xml_node ChildWhere(pugi::xml_node node, const char* element, const char* 
 // The first XML comment among the children of `node`, or an empty node.
 pugi::xml_node FirstComment(pugi::xml_node node);
 
-// For a reader that asks one element for several children: sets found[i] to the first child
-// element named names[i] (what Child would return, an empty node when there is none) and
-// returns the first XML comment among the children (what FirstComment would), all in one walk
-// over the children instead of one walk per name. `found` has as many entries as `names`.
-pugi::xml_node FindChildren(pugi::xml_node node, std::initializer_list<const char*> names,
-                            std::span<pugi::xml_node> found);
+// A child element that a reader asks for: its name, and where FindChildren puts it.
+struct Wanted {
+  const char* name;
+  pugi::xml_node* found;
+};
+
+// For a reader that asks one element for several children: puts into each wanted place the
+// first child element of that name (what Child would return, an empty node when there is none)
+// and returns the first XML comment among the children (what FirstComment would), all in one
+// walk over the children instead of one walk per name.
+pugi::xml_node FindChildren(pugi::xml_node node, std::initializer_list<Wanted> wanted);
 
 // The value of attribute `name`, or nullopt when the node or the attribute is missing.
 std::optional<std::string_view> Attr(pugi::xml_node node, const char* name);

@@ -1,6 +1,5 @@
 #include "tessaly/data/data_items.hpp"
 
-#include <array>
 #include <cstring>
 #include <optional>
 
@@ -153,10 +152,9 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
   xml::Store(dataName_, *name);
 
   notes_.reset();
-  std::array<pugi::xml_node, 5> children;
-  const pugi::xml_node remark =
-      xml::FindChildren(parNode, {"Comment", "Mnemonic", "Description", "Bits", "Bytes"}, children);
-  const auto& [comment, mnemonic, description, bits, bytes] = children;
+  pugi::xml_node comment, mnemonic, description, bits, bytes;
+  const pugi::xml_node remark = xml::FindChildren(parNode, {{"Comment", &comment}, {"Mnemonic", &mnemonic},
+                                                            {"Description", &description}, {"Bits", &bits}, {"Bytes", &bytes}});
   set_Description(data::ReadComment(comment, remark));
   Mnemo_ = xml::Text(mnemonic);
   set_Fiche(xml::Text(description));
@@ -166,9 +164,8 @@ void DataItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
     numerique_ = true;
     Trap([&] { xml::ReadInt(bits, "count", NumberBits_); });
     if (auto sign = xml::Attr(bits, "signed")) Signe_ = ToBoolOrFalse(*sign);
-    std::array<pugi::xml_node, 2> parts;
-    xml::FindChildren(bits, {"Scaled", "List"}, parts);
-    const auto& [scaled, list] = parts;
+    pugi::xml_node scaled, list;
+    xml::FindChildren(bits, {{"Scaled", &scaled}, {"List", &list}});
     if (scaled) {
       // Each coefficient is the number its text starts with: "0,5" reads as 0.
       if (auto step = xml::Attr(scaled, "Step")) set_CoeffA(LeadingNumber(*step));

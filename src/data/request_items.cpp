@@ -1,6 +1,5 @@
 #include "tessaly/data/request_items.hpp"
 
-#include <array>
 #include <optional>
 
 #include "common/standard_xml.hpp"
@@ -99,23 +98,24 @@ void RequestItem::loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode) {
   }
   xml::Store(requestName_, *name);
 
-  std::array<pugi::xml_node, 6> children;
-  const pugi::xml_node remark = xml::FindChildren(
-      reqNode, {"Comment", "DossierMaintenabilite", "ManuelSend", "DenyAccess", "Sent", "Received"}, children);
-  const auto& [comment, dossier, manual, deny, sent, received] = children;
+  pugi::xml_node comment, dossier, manual, deny, sent, received;
+  const pugi::xml_node remark =
+      xml::FindChildren(reqNode, {{"Comment", &comment}, {"DossierMaintenabilite", &dossier}, {"ManuelSend", &manual},
+                                  {"DenyAccess", &deny}, {"Sent", &sent}, {"Received", &received}});
   Commentaire_ = data::ReadComment(comment, remark);
   DossierMaintenabilite_ = static_cast<bool>(dossier);
   ManuelSend_ = static_cast<bool>(manual);
 
   AccesTous_ = AccesUsine_ = AccesApresVente_ = AccesEtudes_ = AccesConstructeur_ = true;
   if (deny) {
-    std::array<pugi::xml_node, 5> denied;
-    xml::FindChildren(deny, {"NoSDS", "Plant", "AfterSales", "Engineering", "Supplier"}, denied);
-    AccesTous_ = !denied[0];
-    AccesUsine_ = !denied[1];
-    AccesApresVente_ = !denied[2];
-    AccesEtudes_ = !denied[3];
-    AccesConstructeur_ = !denied[4];
+    pugi::xml_node noSds, plant, afterSales, engineering, supplier;
+    xml::FindChildren(deny, {{"NoSDS", &noSds}, {"Plant", &plant}, {"AfterSales", &afterSales},
+                             {"Engineering", &engineering}, {"Supplier", &supplier}});
+    AccesTous_ = !noSds;
+    AccesUsine_ = !plant;
+    AccesApresVente_ = !afterSales;
+    AccesEtudes_ = !engineering;
+    AccesConstructeur_ = !supplier;
   }
 
   std::shared_ptr<RequestItem> self = weak_from_this().lock();
@@ -123,10 +123,10 @@ void RequestItem::loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode) {
   if (!RequestBytes_) RequestBytes_ = std::make_shared<ByteString>();
   LgVariable_ = false;
   if (sent) {
-    std::array<pugi::xml_node, 2> parts;
-    xml::FindChildren(sent, {"VariableLength", "SentBytes"}, parts);
-    LgVariable_ = static_cast<bool>(parts[0]);
-    if (parts[1]) RequestBytes_->FromText(xml::Text(parts[1]));
+    pugi::xml_node variableLength, bytes;
+    xml::FindChildren(sent, {{"VariableLength", &variableLength}, {"SentBytes", &bytes}});
+    LgVariable_ = static_cast<bool>(variableLength);
+    if (bytes) RequestBytes_->FromText(xml::Text(bytes));
     if (!DataPositions_) DataPositions_ = std::make_shared<DataPositionItems>();
     KeepingPendingError([&] { DataPositions_->loadXmlType(odoc, sent, self, true); });
   }
@@ -135,10 +135,10 @@ void RequestItem::loadXml(pugi::xml_document& odoc, pugi::xml_node reqNode) {
   ShiftBytesCount_ = 0;
   if (received) {
     Trap([&] { xml::ReadInt(received, "MinBytes", LengthDatas_); });
-    std::array<pugi::xml_node, 2> parts;
-    xml::FindChildren(received, {"ShiftBytesCount", "ReplyBytes"}, parts);
-    if (parts[0]) Trap([&] { ShiftBytesCount_ = ToInt32(xml::Text(parts[0])); });
-    if (parts[1]) ReplyBytes_->FromText(xml::Text(parts[1]));
+    pugi::xml_node shift, bytes;
+    xml::FindChildren(received, {{"ShiftBytesCount", &shift}, {"ReplyBytes", &bytes}});
+    if (shift) Trap([&] { ShiftBytesCount_ = ToInt32(xml::Text(shift)); });
+    if (bytes) ReplyBytes_->FromText(xml::Text(bytes));
     if (!DataPositions_) DataPositions_ = std::make_shared<DataPositionItems>();
     KeepingPendingError([&] { DataPositions_->loadXmlType(odoc, received, self, false); });
   }

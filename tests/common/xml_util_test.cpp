@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
 
 namespace tessaly::xml {
@@ -26,12 +25,12 @@ TEST(FindChildrenTest, FindsWhatChildAndFirstCommentFindOneByOne) {
   for (const char* text : documents) {
     pugi::xml_document doc;
     const pugi::xml_node root = Parse(doc, text);
-    std::array<pugi::xml_node, 4> found;
-    const pugi::xml_node comment = FindChildren(root, {"a", "b", "c", "abc"}, found);
-    EXPECT_EQ(found[0], Child(root, "a")) << text;
-    EXPECT_EQ(found[1], Child(root, "b")) << text;
-    EXPECT_EQ(found[2], Child(root, "c")) << text;
-    EXPECT_EQ(found[3], Child(root, "abc")) << text;
+    pugi::xml_node a, b, c, abc;
+    const pugi::xml_node comment = FindChildren(root, {{"a", &a}, {"b", &b}, {"c", &c}, {"abc", &abc}});
+    EXPECT_EQ(a, Child(root, "a")) << text;
+    EXPECT_EQ(b, Child(root, "b")) << text;
+    EXPECT_EQ(c, Child(root, "c")) << text;
+    EXPECT_EQ(abc, Child(root, "abc")) << text;
     EXPECT_EQ(comment, FirstComment(root)) << text;
   }
 }
@@ -39,19 +38,20 @@ TEST(FindChildrenTest, FindsWhatChildAndFirstCommentFindOneByOne) {
 TEST(FindChildrenTest, TakesTheFirstElementOfEachNameAndPassesOverOtherNodes) {
   pugi::xml_document doc;
   const pugi::xml_node root = Parse(doc, "<r><?Sent x?>\n<Sent n=\"1\"/><!--c--><Received/><Sent n=\"2\"/></r>");
-  std::array<pugi::xml_node, 3> found;
-  const pugi::xml_node comment = FindChildren(root, {"Sent", "Received", "Missing"}, found);
-  ASSERT_TRUE(found[0]);
-  EXPECT_STREQ(found[0].attribute("n").value(), "1");
-  EXPECT_STREQ(found[1].name(), "Received");
-  EXPECT_FALSE(found[2]);
+  pugi::xml_node sent, received, missing = root;
+  const pugi::xml_node comment = FindChildren(root, {{"Sent", &sent}, {"Received", &received}, {"Missing", &missing}});
+  ASSERT_TRUE(sent);
+  EXPECT_STREQ(sent.attribute("n").value(), "1");
+  EXPECT_STREQ(received.name(), "Received");
+  // A place that held a node before is emptied when no child has the name.
+  EXPECT_FALSE(missing);
   EXPECT_STREQ(comment.value(), "c");
 }
 
 TEST(FindChildrenTest, EmptyNodeFindsNothing) {
-  std::array<pugi::xml_node, 1> found;
-  EXPECT_FALSE(FindChildren(pugi::xml_node(), {"a"}, found));
-  EXPECT_FALSE(found[0]);
+  pugi::xml_node found;
+  EXPECT_FALSE(FindChildren(pugi::xml_node(), {{"a", &found}}));
+  EXPECT_FALSE(found);
 }
 
 }  // namespace
