@@ -7,11 +7,6 @@
 
 namespace tessaly::data {
 
-std::string ReadComment(pugi::xml_node node) {
-  const pugi::xml_node comment = xml::Child(node, "Comment");
-  return ReadComment(comment, comment ? pugi::xml_node() : xml::FirstComment(node));
-}
-
 std::string ReadComment(pugi::xml_node comment, pugi::xml_node remark) {
   std::string text;
   if (comment) {

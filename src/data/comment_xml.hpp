@@ -12,11 +12,9 @@
 
 namespace tessaly::data {
 
-// The text of the Comment child of `node`, else of its first XML comment, with each line feed
+// The text of the Comment child `comment` of an element, else of its first XML comment
+// `remark` (empty nodes where there is none; xml::FindChildren finds both), with each line feed
 // turned into carriage return + line feed and surrounding spaces removed; "" when neither exists.
-std::string ReadComment(pugi::xml_node node);
-// The same, from the Comment child and the first XML comment found already (empty nodes when
-// there is none).
 std::string ReadComment(pugi::xml_node comment, pugi::xml_node remark);
 
 // When `comment` without surrounding spaces is not empty: appends a Comment element holding it

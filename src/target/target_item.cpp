@@ -1,6 +1,7 @@
 #include "tessaly/target/target_item.hpp"
 
 #include <optional>
+#include <type_traits>
 
 #include "common/xml_util.hpp"
 #include "tessaly/common/convert.hpp"
@@ -275,32 +276,20 @@ void TargetItem::loadXml(pugi::xml_document& odoc, pugi::xml_node parNode) {
   // they are read, and what is left of their sections afterwards (see SectionRelease). The
   // screens are left in: only the auto-identifications are read after them, and the DOM is
   // freed whole right after the load, much faster than node by node.
-  if (pugi::xml_node node = xml::Child(target, "Datas")) {
-    if (!datas_) datas_ = std::make_shared<DataItems>();
+  auto readSection = [&](const char* name, auto& items, bool freeAsRead) {
+    const pugi::xml_node node = xml::Child(target, name);
+    if (!node) return;
+    if (!items) items = std::make_shared<typename std::decay_t<decltype(items)>::element_type>();
+    if (!freeAsRead) return items->loadXml(odoc, node, self);
     SectionRelease::ChildByChild freeing(node);
-    datas_->loadXml(odoc, node, self);
+    items->loadXml(odoc, node, self);
     SectionRelease::Release(target, node);
-  }
-  if (pugi::xml_node node = xml::Child(target, "Requests")) {
-    if (!Requests_) Requests_ = std::make_shared<RequestItems>();
-    SectionRelease::ChildByChild freeing(node);
-    Requests_->loadXml(odoc, node, self);
-    SectionRelease::Release(target, node);
-  }
-  if (pugi::xml_node node = xml::Child(target, "Devices")) {
-    if (!Organes_) Organes_ = std::make_shared<OrganeItems>();
-    SectionRelease::ChildByChild freeing(node);
-    Organes_->loadXml(odoc, node, self);
-    SectionRelease::Release(target, node);
-  }
-  if (pugi::xml_node node = xml::Child(target, "ds:Categories")) {
-    if (!Categories_) Categories_ = std::make_shared<CategoryItems>();
-    Categories_->loadXml(odoc, node, self);
-  }
-  if (pugi::xml_node node = xml::Child(target, "AutoIdents")) {
-    if (!AutoIdents_) AutoIdents_ = std::make_shared<AutoIdentItems>();
-    AutoIdents_->loadXml(odoc, node, self);
-  }
+  };
+  readSection("Datas", datas_, true);
+  readSection("Requests", Requests_, true);
+  readSection("Devices", Organes_, true);
+  readSection("ds:Categories", Categories_, false);
+  readSection("AutoIdents", AutoIdents_, false);
   if (own) Err().Raise(*own);
 }
 
