@@ -3,6 +3,7 @@
 #include <curl/curl.h>
 #include <fcntl.h>
 #include <iconv.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -85,6 +86,20 @@ bool FetchUrl(std::string_view url, std::string& bytes, std::string& reason) {
   return true;
 }
 
+// Asks the kernel to back the whole 2 MB pages of a buffer about to be filled with huge pages. A
+// large document is read into fresh memory, and with 4 KB pages the kernel takes one fault per
+// 4 KB (25 000 for a 100 MB file), each dearer than clearing its page. Where the system gives
+// huge pages only on request (or never), this is the request (or nothing happens).
+void AskForHugePages(char* data, std::size_t size) {
+#ifdef MADV_HUGEPAGE
+  const HugePages whole = WholeHugePages(reinterpret_cast<std::uintptr_t>(data), size);
+  if (whole.size != 0) ::madvise(data + whole.offset, whole.size, MADV_HUGEPAGE);
+#else
+  (void)data;
+  (void)size;
+#endif
+}
+
 bool ReadFile(const std::string& path, std::string& bytes, std::string& reason) {
   struct stat st {};
   if (::stat(path.c_str(), &st) != 0) {
@@ -103,6 +118,8 @@ bool ReadFile(const std::string& path, std::string& bytes, std::string& reason) 
   // A regular file is read straight into a string of its size; anything else (a pipe, a
   // device) grows a string as it comes.
   if (S_ISREG(st.st_mode)) {
+    bytes.reserve(static_cast<std::size_t>(st.st_size));
+    AskForHugePages(bytes.data(), bytes.capacity());
     bytes.resize(static_cast<std::size_t>(st.st_size));
     in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(in.gcount()));
@@ -375,6 +392,13 @@ class StringWriter : public pugi::xml_writer {
 };
 
 }  // namespace
+
+HugePages WholeHugePages(std::uintptr_t address, std::size_t size) {
+  const std::uintptr_t begin = (address + kHugePage - 1) & ~(kHugePage - 1);
+  const std::uintptr_t end = (address + size) & ~(kHugePage - 1);
+  if (end <= begin) return {};
+  return {begin - address, end - begin};
+}
 
 bool ReadLocation(std::string_view location, std::string& bytes, std::string& reason) {
   if (StartsWithNoCase(location, "http://") || StartsWithNoCase(location, "https://"))

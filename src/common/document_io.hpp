@@ -6,6 +6,7 @@
 
 #include <pugixml.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -70,6 +71,15 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes);
 // the encoding is UTF-8. What `write` throws comes through unchanged, with `path` untouched; a
 // failure to write the file (errno as its number) is returned instead of thrown.
 std::optional<Error> SaveAtomically(const std::string& path, const XmlWriting& write, std::string_view encoding);
+
+// The part of the buffer [address, address + size) made of whole huge pages (2 MB, aligned on
+// 2 MB): its offset from `address` and its length, both 0 when there is no whole page in it.
+constexpr std::uintptr_t kHugePage = std::uintptr_t{2} << 20;
+struct HugePages {
+  std::size_t offset = 0;
+  std::size_t size = 0;
+};
+HugePages WholeHugePages(std::uintptr_t address, std::size_t size);
 
 // 1-based line and column of byte `offset` in `text`.
 void LineColumn(std::string_view text, std::size_t offset, std::size_t& line, std::size_t& column);

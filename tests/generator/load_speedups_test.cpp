@@ -5,6 +5,7 @@
 // DOM once an import has read it.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -154,6 +155,46 @@ TEST(LoadSpeedupsTest, FileReadInPlaceLoadsLikeTheCopyingPath) {
   fromText.ImportUceFromText(document);
   EXPECT_EQ(fromFile.ExportUceToText(), document);
   EXPECT_EQ(fromText.ExportUceToText(), document);
+}
+
+TEST(LoadSpeedupsTest, HugePagesAskedForAreTheWholeAlignedPagesInsideTheBuffer) {
+  const std::uintptr_t page = io::kHugePage;
+  const std::uintptr_t aligned = 64 * page;
+  struct Case {
+    std::uintptr_t address;
+    std::size_t size;
+    std::size_t offset;
+    std::size_t length;
+  };
+  const Case cases[] = {
+      {aligned, page, 0, page},                          // exactly one page
+      {aligned, page - 1, 0, 0},                         // one byte short of a page
+      {aligned + 16, page, 0, 0},                        // a page's length across two pages
+      {aligned + 16, 2 * page, page - 16, page},         // one whole page in the middle
+      {aligned + 16, 50 * page + 3, page - 16, 49 * page},  // a 100 MB buffer as malloc gives it
+      {aligned - 1, 2, 0, 0},                            // two bytes across a boundary
+      {aligned, 0, 0, 0},                                // nothing
+  };
+  for (const Case& c : cases) {
+    const io::HugePages whole = io::WholeHugePages(c.address, c.size);
+    EXPECT_EQ(whole.offset, c.offset) << c.address - aligned << " + " << c.size;
+    EXPECT_EQ(whole.size, c.length) << c.address - aligned << " + " << c.size;
+    if (whole.size != 0) {
+      EXPECT_EQ((c.address + whole.offset) % page, 0u);
+      EXPECT_LE(whole.offset + whole.size, c.size);
+    }
+  }
+}
+
+TEST(LoadSpeedupsTest, FileOfSeveralHugePagesIsReadByteForByte) {
+  TempDir dir;
+  std::string bytes(5 * io::kHugePage + 123, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>((i * 7919) >> 5);
+  WriteFileBytes(dir.File("large.bin"), bytes);
+  std::string read;
+  std::string reason;
+  ASSERT_TRUE(io::ReadLocation(dir.File("large.bin"), read, reason)) << reason;
+  EXPECT_TRUE(read == bytes);
 }
 
 TEST(LoadSpeedupsTest, InPlaceLoadKeepsTheCallersText) {
