@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <random>
 #include <string>
 #include <utility>
@@ -240,6 +241,48 @@ TEST(KeyedCollectionTest, ManyKeysStayReachableAfterGrowthAndRemovals) {
       ASSERT_TRUE(c.ContainsKey(key)) << key;
       EXPECT_EQ(*c.Item(key), std::to_string(i));
     }
+  }
+}
+
+TEST(KeyedCollectionTest, KeysStayReachableWhenTheTextOfRemovedKeysIsGivenBack) {
+  // Keys of many lengths, nine in ten of them removed in mixed letter case, in an order that is
+  // neither the order of insertion nor its reverse; the texts of the removed keys are given back
+  // several times on the way.
+  auto key = [](int i) { return "kSignal" + std::string(static_cast<std::size_t>(i % 37), 'x') + std::to_string(i); };
+  auto upper = [](std::string text) {
+    for (char& ch : text) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+    return text;
+  };
+  Texts c;
+  c.Append(S("0"), key(0));
+  for (int i = 1; i < 1000; ++i) c.InsertBefore((i % 7) % c.Count() + 1, S(std::to_string(i).c_str()), key(i));
+  for (int round = 0; round < 3; ++round)
+    for (int i = round; i < 1000; i += 3)
+      if (i % 10 != 0) c.Remove(upper(key(i)));
+  ASSERT_EQ(c.Count(), 100);
+  for (std::int32_t at = 1; at <= c.Count(); ++at) {
+    const int i = std::stoi(*c.Item(at));
+    EXPECT_EQ(i % 10, 0);
+    EXPECT_EQ(c.KeyAt(at), key(i));
+    EXPECT_EQ(c.PositionOfKey(upper(key(i))), at);
+  }
+  for (int i = 0; i < 1000; ++i) EXPECT_EQ(c.ContainsKey(key(i)), i % 10 == 0) << i;
+  // The removed keys are free again, and every key is found under its own item.
+  for (int i = 0; i < 1000; ++i)
+    if (i % 10 != 0) c.Append(S(std::to_string(i).c_str()), key(i));
+  for (int i = 0; i < 1000; ++i) EXPECT_EQ(*c.Item(key(i)), std::to_string(i)) << i;
+}
+
+TEST(KeyedCollectionTest, KeyViewingTheCollectionsOwnKeysIsCopiedBeforeTheKeysGrow) {
+  // Each key is a view into the text of the key before it, held by the collection itself, and
+  // every append makes the held texts grow.
+  Texts c;
+  const std::string first = "kSpeedSensorOfTheFrontLeftWheelWithAVeryLongName";
+  c.Append(S("0"), first);
+  for (std::int32_t n = 1; n < 40; ++n) c.Append(S(std::to_string(n).c_str()), c.KeyAt(n).substr(1));
+  for (std::int32_t n = 1; n <= 40; ++n) {
+    EXPECT_EQ(c.KeyAt(n), first.substr(static_cast<std::size_t>(n - 1))) << n;
+    EXPECT_EQ(*c.Item(first.substr(static_cast<std::size_t>(n - 1))), std::to_string(n - 1)) << n;
   }
 }
 

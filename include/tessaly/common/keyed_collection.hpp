@@ -2,10 +2,10 @@
 // reached by 1-based position or by an optional text key. Keys are unique and compared without
 // regard to letter case (see FoldCase); key look-up takes constant time. The items sit alone in
 // one vector. Once the collection holds a key, a key index is made: each key, stored once as
-// given, at its item's position in a list of keys, and an open-addressing table of positions
-// that finds it (inserting or removing other than at the end renumbers the table, as it moves
-// the items after it). A collection without keys, such as a request's placements, holds no more
-// than its items.
+// given (the texts of all keys back to back in one string), at its item's position in a list of
+// keys, and an open-addressing table of positions that finds it (inserting or removing other
+// than at the end renumbers the table, as it moves the items after it). A collection without
+// keys, such as a request's placements, holds no more than its items.
 //
 // Errors, with the platform's numbers and texts: a position outside 1..Count is error 9, a
 // missing key error 5, a key that is already used error 457. None is caught here.
@@ -17,8 +17,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,12 +32,12 @@ namespace tessaly {
 template <class T>
 class KeyedCollection {
  private:
-  // The key of the item at the same position, as given (empty when it has none), with its hash.
+  // The key of the item at the same position (empty when it has none): where its text is in the
+  // index's texts, and its hash.
   struct Key {
-    std::unique_ptr<char[]> text;
+    std::uint32_t offset = 0;
     std::uint32_t size = 0;
     std::uint32_t hash = 0;
-    std::string_view View() const noexcept { return {text.get(), size}; }
   };
   // A slot of the key index: 1 + the position of a keyed entry (0: a free slot), and the low
   // bits of its key's hash.
@@ -109,10 +110,11 @@ class KeyedCollection {
     std::size_t slot = FindSlot(key);
     return slot == kNone ? 0 : static_cast<std::int32_t>(index_->slots[slot].entry);
   }
-  // The key under which the item at `position` is held ("" when unkeyed).
+  // The key under which the item at `position` is held ("" when unkeyed); the view is valid
+  // until the collection next changes.
   std::string_view KeyAt(std::int32_t position) const {
     const std::size_t index = Index(position);
-    return index_ ? index_->keys[index].View() : std::string_view();
+    return index_ ? index_->View(index) : std::string_view();
   }
 
   // 1-based position of the very same object, or 0.
@@ -139,7 +141,10 @@ class KeyedCollection {
   // Gives back the room held beyond the entries held.
   void ShrinkToFit() {
     items_.shrink_to_fit();
-    if (index_) index_->keys.shrink_to_fit();
+    if (index_) {
+      index_->keys.shrink_to_fit();
+      index_->texts.shrink_to_fit();
+    }
   }
 
   void Remove(std::int32_t position) { Erase(Index(position)); }
@@ -152,7 +157,11 @@ class KeyedCollection {
   void RemoveFirst(std::size_t count) {
     count = std::min(count, items_.size());
     items_.erase(items_.begin(), items_.begin() + static_cast<std::ptrdiff_t>(count));
-    if (index_) index_->keys.erase(index_->keys.begin(), index_->keys.begin() + static_cast<std::ptrdiff_t>(count));
+    if (index_) {
+      for (std::size_t i = 0; i < count; ++i) index_->unused += index_->keys[i].size;
+      index_->keys.erase(index_->keys.begin(), index_->keys.begin() + static_cast<std::ptrdiff_t>(count));
+      index_->Pack();
+    }
     Reindex();
   }
   void RemoveAll() noexcept {
@@ -183,7 +192,7 @@ class KeyedCollection {
     for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
       const Slot& slot = index_->slots[i];
       if (slot.entry == 0) return kNone;
-      if (slot.hash == hash && FoldedEqual(index_->keys[slot.entry - 1].View(), key)) return i;
+      if (slot.hash == hash && FoldedEqual(index_->View(slot.entry - 1), key)) return i;
     }
   }
   // Puts entry `index` (keyed, hash `hash`) into a free slot; the index has room for it.
@@ -215,7 +224,7 @@ class KeyedCollection {
       index_ = std::move(fresh);
     }
     index_->slots = std::move(slots);
-    index_->keyed = keyed;
+    index_->keyed = static_cast<std::uint32_t>(keyed);
     for (std::size_t i = 0; i < index_->keys.size(); ++i)
       if (index_->keys[i].size != 0) Place(i, index_->keys[i].hash);
   }
@@ -232,21 +241,27 @@ class KeyedCollection {
       held.hash = HashOf(key);
       if (FindSlot(key, held.hash) != kNone) RaisePlatform(errc::kDuplicateKey);
       // Room in the index first, so that nothing below can fail once the item is in.
-      if (!index_ || 2 * (index_->keyed + 1) > index_->slots.size()) Reindex(1);
-      held.text.reset(new char[key.size()]);
-      std::memcpy(held.text.get(), key.data(), key.size());
+      if (!index_ || 2 * (std::size_t{index_->keyed} + 1) > index_->slots.size()) Reindex(1);
+      if (key.size() > kMaxTexts - index_->texts.size()) throw std::length_error("keys of a collection");
+      held.offset = static_cast<std::uint32_t>(index_->texts.size());
       held.size = static_cast<std::uint32_t>(key.size());
+      index_->texts.append(key.data(), key.size());  // copies `key` first, should it lie in texts
     }
     const bool keyed = held.size != 0;
     const std::uint32_t hash = held.hash;
     if (index_) {
-      // Items and keys grow together; should the items fail to, the key is taken out again.
+      // Items and keys grow together; should either fail to, the key is taken out again.
       std::vector<Key>& keys = index_->keys;
-      keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(index), std::move(held));
       try {
-        items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), std::move(item));
+        keys.insert(keys.begin() + static_cast<std::ptrdiff_t>(index), held);
+        try {
+          items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), std::move(item));
+        } catch (...) {
+          keys.erase(keys.begin() + static_cast<std::ptrdiff_t>(index));
+          throw;
+        }
       } catch (...) {
-        keys.erase(keys.begin() + static_cast<std::ptrdiff_t>(index));
+        if (keyed) index_->texts.resize(held.offset);
         throw;
       }
     } else {
@@ -262,7 +277,7 @@ class KeyedCollection {
   void Erase(std::size_t index) {
     if (index_ && index_->keys[index].size != 0) {
       std::vector<Slot>& slots = index_->slots;
-      const std::size_t slot = FindSlot(index_->keys[index].View(), index_->keys[index].hash);
+      const std::size_t slot = FindSlot(index_->View(index), index_->keys[index].hash);
       // Backward-shift deletion: the slots after the freed one move up when their own slot is
       // not between the two, so that no probe sequence is broken.
       std::size_t hole = slot;
@@ -275,23 +290,60 @@ class KeyedCollection {
       }
       slots[hole] = Slot{};
       --index_->keyed;
+      index_->unused += index_->keys[index].size;
     }
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
-    if (index_) index_->keys.erase(index_->keys.begin() + static_cast<std::ptrdiff_t>(index));
+    if (index_) {
+      index_->keys.erase(index_->keys.begin() + static_cast<std::ptrdiff_t>(index));
+      index_->Pack();
+    }
     if (index < items_.size()) Shift(index + 1, -1);
   }
 
   void CopyFrom(const KeyedCollection& other) {
     for (std::size_t i = 0; i < other.items_.size(); ++i)
-      Append(other.items_[i], other.index_ ? other.index_->keys[i].View() : std::string_view());
+      Append(other.items_[i], other.index_ ? other.index_->View(i) : std::string_view());
   }
 
-  // The key index: one key per item (empty for an item without one), and the slots, a power of
-  // two in number, at most half of them used.
+  // Key offsets and lengths are 32-bit: a collection holds at most 4 GB of key text.
+  static constexpr std::size_t kMaxTexts = UINT32_MAX;
+
+  // The key index: one key per item (empty for an item without one); the texts of the keys, back
+  // to back in one string rather than in a heap block each; and the slots, a power of two in
+  // number, at most half of them used.
   struct KeyIndex {
     std::vector<Key> keys;
     std::vector<Slot> slots;
-    std::size_t keyed = 0;
+    std::string texts;
+    // Counts held in 32 bits, as entry numbers and key texts are: a collection has one index, or
+    // none, and thousands of collections have a few keys.
+    std::uint32_t keyed = 0;
+    std::uint32_t unused = 0;  // bytes of texts left by keys since removed
+
+    std::string_view View(std::size_t entry) const noexcept {
+      const Key& key = keys[entry];
+      return {texts.data() + key.offset, key.size};
+    }
+    // Once most of the texts are left by removed keys, copies the others into a string of their
+    // own size. Packing saves memory and nothing depends on it: without memory for the copy the
+    // texts stay as they are.
+    void Pack() noexcept {
+      if (unused <= texts.size() / 2) return;
+      std::string packed;
+      try {
+        packed.reserve(texts.size() - unused);
+      } catch (const std::bad_alloc&) {
+        return;
+      }
+      for (Key& key : keys) {
+        if (key.size == 0) continue;
+        const std::size_t offset = packed.size();
+        packed.append(texts, key.offset, key.size);
+        key.offset = static_cast<std::uint32_t>(offset);
+      }
+      texts = std::move(packed);
+      unused = 0;
+    }
   };
 
   std::vector<Ptr> items_;
