@@ -236,6 +236,18 @@ std::string LoadAverage() {
   return a + " " + b + " " + c;
 }
 
+// The system's transparent huge pages setting (the bracketed choice of "always [madvise] never"),
+// which decides whether the import's file buffer gets the huge pages it asks for.
+std::string HugePagesMode() {
+  std::ifstream in("/sys/kernel/mm/transparent_hugepage/enabled");
+  std::string line;
+  std::getline(in, line);
+  const std::size_t open = line.find('[');
+  const std::size_t close = line.find(']', open);
+  if (open == std::string::npos || close == std::string::npos) return "unknown";
+  return line.substr(open + 1, close - open - 1);
+}
+
 // Everything measured on one document.
 struct SizeReport {
   double megabytes = 0;
@@ -409,8 +421,10 @@ int main(int argc, char** argv) {
   }
 
   const std::string self = SelfPath();
-  std::printf("tessaly-benchmark: seed %llu, best of %d runs per phase, load average at start %s, %ld processors\n",
-              static_cast<unsigned long long>(seed), repeat, LoadAverage().c_str(), sysconf(_SC_NPROCESSORS_ONLN));
+  std::printf("tessaly-benchmark: seed %llu, best of %d runs per phase, load average at start %s, %ld processors, "
+              "transparent huge pages: %s\n",
+              static_cast<unsigned long long>(seed), repeat, LoadAverage().c_str(), sysconf(_SC_NPROCESSORS_ONLN),
+              HugePagesMode().c_str());
   std::vector<SizeReport> reports;
   for (double mb : sizes) reports.push_back(Measure(self, dir, seed, mb, repeat));
   std::vector<Check> checks;
