@@ -72,13 +72,17 @@ void WriteFileAtomically(const std::string& path, std::string_view bytes);
 // failure to write the file (errno as its number) is returned instead of thrown.
 std::optional<Error> SaveAtomically(const std::string& path, const XmlWriting& write, std::string_view encoding);
 
-// The part of the buffer [address, address + size) made of whole huge pages (2 MB, aligned on
-// 2 MB): its offset from `address` and its length, both 0 when there is no whole page in it.
+// The size of a huge page, and its alignment.
 constexpr std::uintptr_t kHugePage = std::uintptr_t{2} << 20;
+
+// A part of a buffer: its offset from the buffer's start, and its length.
 struct HugePages {
   std::size_t offset = 0;
   std::size_t size = 0;
 };
+
+// The part of the buffer [address, address + size) made of whole huge pages; both 0 when there
+// is no whole page in it.
 HugePages WholeHugePages(std::uintptr_t address, std::size_t size);
 
 // 1-based line and column of byte `offset` in `text`.
