@@ -1,6 +1,9 @@
 // tessaly-benchmark: loads and saves generated ECU documents of several sizes and prints, for
 // each, the library's figures beside those of a bare pugixml parse and save of the same file
-// and of `xmllint --noout`, with the ratios between them.
+// and of `xmllint --noout`, with the ratios between them. Two more references tell what other
+// designs of the import would start from: the bare parse followed by one walk over the DOM that
+// reads every attribute, and (when libxml2's headers are installed) libxml2's streaming SAX2
+// parse with nothing built.
 //
 // Every measured phase runs in a child process of its own (this program started again with
 // --phase), so that the peak resident size the parent reads for it with wait4 belongs to that
@@ -14,6 +17,9 @@
 #include <unistd.h>
 
 #include <pugixml.hpp>
+#ifdef TESSALY_BENCH_LIBXML2
+#include <libxml/parser.h>
+#endif
 
 #include <algorithm>
 #include <chrono>
@@ -85,6 +91,43 @@ void Fail(const std::string& what) {
   std::exit(1);
 }
 
+// Reads every element's attributes, names and values, once, and nothing else: the least work a
+// reader of a whole DOM does on top of the parse, since each value has to be looked at.
+class AttributeWalker : public pugi::xml_tree_walker {
+ public:
+  bool for_each(pugi::xml_node& node) override {
+    for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute())
+      checksum_ += static_cast<unsigned char>(a.name()[0]) + std::strlen(a.value());
+    return true;
+  }
+  std::size_t checksum() const { return checksum_; }
+
+ private:
+  std::size_t checksum_ = 0;
+};
+
+#ifdef TESSALY_BENCH_LIBXML2
+// libxml2's streaming parse of `file`, with handlers that only count what they are given.
+void SaxParse(const std::string& file) {
+  struct Counts {
+    std::size_t elements = 0, attributes = 0, characters = 0;
+  } counts;
+  xmlSAXHandler handler{};
+  handler.initialized = XML_SAX2_MAGIC;
+  handler.startElementNs = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*, int, const xmlChar**,
+                              int attributes, int, const xmlChar**) {
+    Counts* c = static_cast<Counts*>(user);
+    ++c->elements;
+    c->attributes += static_cast<std::size_t>(attributes);
+  };
+  handler.characters = [](void* user, const xmlChar*, int length) {
+    static_cast<Counts*>(user)->characters += static_cast<std::size_t>(length);
+  };
+  if (xmlSAXUserParseFile(&handler, &counts, file.c_str()) != 0 || counts.elements == 0)
+    Fail("libxml2 cannot parse " + file);
+}
+#endif
+
 Figures RunPhase(const std::string& phase, const std::string& file, const std::string& output) {
   Figures out;
   if (phase == "baseline") return out;
@@ -95,6 +138,20 @@ Figures RunPhase(const std::string& phase, const std::string& file, const std::s
     });
     return out;
   }
+  if (phase == "walk") {
+    pugi::xml_document doc;
+    if (!doc.load_file(file.c_str(), kParseOptions, pugi::encoding_utf8)) Fail("pugixml cannot parse " + file);
+    AttributeWalker walker;
+    Time(out, "walk", [&] { doc.traverse(walker); });
+    if (walker.checksum() == 0) Fail("no attribute read in " + file);
+    return out;
+  }
+#ifdef TESSALY_BENCH_LIBXML2
+  if (phase == "sax") {
+    Time(out, "sax", [&] { SaxParse(file); });
+    return out;
+  }
+#endif
   if (phase == "save") {
     pugi::xml_document doc;
     if (!doc.load_file(file.c_str(), kParseOptions, pugi::encoding_utf8)) Fail("pugixml cannot parse " + file);
@@ -254,9 +311,10 @@ struct SizeReport {
   double bytes = 0;
   std::size_t blocks = 0;
   double baselinePeak = 0;
-  ChildResult parse, save, xmllint, import, exporting, queries;
+  ChildResult parse, walk, sax, save, xmllint, import, exporting, queries;
   bool exportIdentical = false;
   bool haveXmllint = false;
+  bool haveSax = false;
 };
 
 struct Check {
@@ -293,6 +351,11 @@ SizeReport Measure(const std::string& self, const std::string& dir, std::uint64_
   };
   r.baselinePeak = phase("baseline").peakBytes;
   r.parse = phase("parse");
+  r.walk = phase("walk");
+#ifdef TESSALY_BENCH_LIBXML2
+  r.sax = phase("sax");
+  r.haveSax = true;
+#endif
   r.save = phase("save", saved);
   r.import = phase("import");
   r.exporting = phase("export", exported);
@@ -336,6 +399,13 @@ void Print(const SizeReport& r, std::vector<Check>& checks, bool targets) {
   if (r.haveXmllint)
     ratio("import / xmllint --noout", i.at("import_wall"), r.xmllint.wall, i.at("import_cpu"), r.xmllint.cpu, 0.5);
   ratio("export / bare save", e.at("export_wall"), s.at("save_wall"), e.at("export_cpu"), s.at("save_cpu"), 1.5);
+  std::printf("  references for other designs of the import (cpu, not targets):\n");
+  const double walked = p.at("parse_cpu") + r.walk.figures.at("walk_cpu");
+  std::printf("    %-48s %6.3f s = %5.2f x bare parse\n", "bare parse + one walk reading every attribute", walked,
+              walked / p.at("parse_cpu"));
+  if (r.haveSax)
+    std::printf("    %-48s %6.3f s = %5.2f x bare parse\n", "libxml2 SAX2 parse, nothing built", r.sax.figures.at("sax_cpu"),
+                r.sax.figures.at("sax_cpu") / p.at("parse_cpu"));
   std::printf("  memory ratios:\n");
   auto memory = [&](const char* name, double value, double limit) {
     std::printf("    %-40s %7.2f           target <= %.2f\n", name, value, limit);

@@ -4,7 +4,7 @@
 #   scripts/setup.sh clang-14 libclang-rt-14-dev valgrind
 set -euo pipefail
 packages=(cmake ninja-build g++ pkg-config libpugixml-dev libcurl4-openssl-dev libgtest-dev libcli11-dev
-          nlohmann-json3-dev python3-jsonschema "$@")
+          nlohmann-json3-dev python3-jsonschema libxml2-dev "$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")

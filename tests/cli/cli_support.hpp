@@ -6,13 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace tessaly::testing {
+#include "support/test_support.hpp"
 
-struct CommandResult {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
+namespace tessaly::testing {
 
 // Runs `tessaly` with `args` (each quoted for the shell) and returns its exit status, standard
 // output and standard error.

@@ -1,5 +1,8 @@
 #include "support/test_support.hpp"
 
+#include <sys/wait.h>
+
+#include <cstdlib>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -30,6 +33,32 @@ std::string ReadFileBytes(const std::string& path) {
 void WriteFileBytes(const std::string& path, const std::string& bytes) {
   std::ofstream out(path, std::ios::binary);
   out << bytes;
+}
+
+namespace {
+
+std::string Quote(const std::string& arg) {
+  std::string q = "'";
+  for (char c : arg) {
+    if (c == '\'') q += "'\\''";
+    else q += c;
+  }
+  return q + "'";
+}
+
+}  // namespace
+
+CommandResult RunProgram(const std::string& path, const std::vector<std::string>& args) {
+  TempDir dir;
+  std::string command = Quote(path);
+  for (const std::string& arg : args) command += " " + Quote(arg);
+  command += " >" + Quote(dir.File("out")) + " 2>" + Quote(dir.File("err")) + " </dev/null";
+  CommandResult result;
+  int raw = std::system(command.c_str());
+  result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+  result.out = ReadFileBytes(dir.File("out"));
+  result.err = ReadFileBytes(dir.File("err"));
+  return result;
 }
 
 void ParseText(pugi::xml_document& doc, const std::string& text) {

@@ -58,6 +58,16 @@ class TempDir {
 std::string ReadFileBytes(const std::string& path);
 void WriteFileBytes(const std::string& path, const std::string& bytes);
 
+struct CommandResult {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+// Runs the program at `path` with `args` (each quoted for the shell) and returns its exit
+// status, standard output and standard error.
+CommandResult RunProgram(const std::string& path, const std::vector<std::string>& args);
+
 // Parses `text` (UTF-8) with the options the library loads documents with.
 void ParseText(pugi::xml_document& doc, const std::string& text);
 
