@@ -6,7 +6,7 @@
 #   3. valgrind memcheck over the command line converting the sample and hostile documents.
 # Installs clang-14, its runtime and valgrind with apt-get when they are missing (needs root or
 # sudo, through scripts/setup.sh). Environment: TESSALY_FUZZ_SECONDS (default 45) is the length
-# of the import harness's run; the two others run half as long.
+# of the import harness's run; the three others run half as long.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$(pwd)
@@ -29,7 +29,7 @@ step "Fuzz harnesses under AddressSanitizer and UndefinedBehaviorSanitizer"
 cmake -S . -B build-fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DTESSALY_BUILD_FUZZERS=ON -DTESSALY_SANITIZE=address,undefined -DTESSALY_BUILD_TESTS=OFF \
   -DTESSALY_BUILD_CLI=OFF -DTESSALY_BUILD_BENCHMARKS=OFF >/dev/null
-cmake --build build-fuzz -j"$jobs" --target fuzz_import fuzz_global_parameters fuzz_functions
+cmake --build build-fuzz -j"$jobs" --target fuzz_import fuzz_round_trip fuzz_global_parameters fuzz_functions
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
@@ -49,6 +49,8 @@ fuzz() {
   grep -E '^stat::number_of_executed_units|^stat::peak_rss_mb' "$work/$harness.log" | sed "s/^/$harness /"
 }
 fuzz fuzz_import "$fuzz_seconds" "$root/fuzz/corpus/import" "$root/fuzz/regressions/import" \
+  "$root/tests/documents/hostile"
+fuzz fuzz_round_trip "$((fuzz_seconds / 2))" "$root/fuzz/corpus/import" "$root/fuzz/regressions/import" \
   "$root/tests/documents/hostile"
 fuzz fuzz_global_parameters "$((fuzz_seconds / 2))" "$root/fuzz/corpus/global_parameters"
 fuzz fuzz_functions "$((fuzz_seconds / 2))" "$root/fuzz/corpus/functions"
