@@ -205,6 +205,75 @@ TEST_F(CheckCommandTest, JsonOfACleanDocument) {
   EXPECT_EQ(j["warnings"].size(), 1u);
   EXPECT_TRUE(j["log"].empty());
   EXPECT_TRUE(j["error"].is_null());
+  EXPECT_EQ(j["onSaving"], nlohmann::json({{"changes", nlohmann::json::array()}, {"error", nullptr}}));
+}
+
+TEST_F(CheckCommandTest, WhatSavingWouldChangeIsListedAfterTheLoadReportWithoutFailingTheCheck) {
+  // A reference "0" loads as false; it is saved as no attribute, which loads as true.
+  std::string text = ReplaceOnce(sample, "<Language Name=\"English\" Reference=\"1\"/>",
+                                 "<Language Name=\"English\" Reference=\"0\"/>");
+  auto r = CheckOf(text);
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_EQ(r.err, "");
+  EXPECT_EQ(r.out, Loading() + in + ": on saving: changed target: reference false -> true\n" + in +
+                       ": nothing dropped or repaired; 1 change on saving\n");
+}
+
+TEST_F(CheckCommandTest, ChangesOnSavingFollowTheDropsAndJoinTheirSummary) {
+  std::string text = ReplaceOnce(sample, "<Failures Name=\"Pannes DTC\" Id=\"3\"/>", "<Failures Id=\"12\"/>");
+  text = ReplaceOnce(text, "<Language Name=\"English\" Reference=\"1\"/>", "<Language Name=\"English\" Reference=\"0\"/>");
+  auto r = CheckOf(text);
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.out, Loading() + At(in, text, "<Failures Id=\"12\"/>") +
+                       ": repaired: Failures in target EC4: No failure type of Id 12, read as Id 0 \"Ne contient pas de "
+                       "pannes\"\n" +
+                       in + ": on saving: changed target: reference false -> true\n" + in +
+                       ": 0 dropped, 1 repaired; 1 change on saving\n");
+}
+
+TEST_F(CheckCommandTest, ACanEcuReadWithASendIdItsFunctionLacksIsSavedWithoutIdentifiers) {
+  // The identifiers written are the function's, which takes them from this document: a receive
+  // identifier only. So the save has no SendId, and loads in the mode without identifiers.
+  auto r = CheckOf(
+      "<xml><tsl:Target Name=\"E\"><Function Name=\"Injection\" Address=\"122\"/>"
+      "<CAN BaudRate=\"500000\"><SendId>none</SendId><ReceiveId><CANId Value=\"1800\"/></ReceiveId></CAN>"
+      "</tsl:Target></xml>");
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_EQ(r.out, Loading() + in + ": on saving: changed parameters: initMode 3 -> 255\n" + in +
+                       ": nothing dropped or repaired; 1 change on saving\n");
+}
+
+TEST_F(CheckCommandTest, AButtonTakingOverTheInitButtonLeavesTheButtonListOnSaving) {
+  // The Boot button becomes the screen's init button: saved in the screen's own form, without
+  // its message, it is no longer one of the screen's buttons on the next load.
+  auto r = CheckOf(
+      "<xml><tsl:Target Name=\"E\"><Function Name=\"Injection\" Address=\"122\"/>"
+      "<ds:Categories><Category Name=\"C\"><Screen Name=\"S\">"
+      "<Button Text=\"Before\"/><Button Text=\"Boot\" InitButton=\"1\"><Message Text=\"Wait\"/></Button>"
+      "<Button Text=\"After\"/></Screen></Category></ds:Categories></tsl:Target></xml>");
+  EXPECT_EQ(r.status, 0) << r.out;
+  EXPECT_EQ(r.out, Loading() + in + ": on saving: changed button 3 of screen C/S: caption \"Boot\" -> \"After\"\n" +
+                       in + ": on saving: changed button 3 of screen C/S: InitButton true -> false\n" + in +
+                       ": on saving: changed button 3 of screen C/S: Message \"Wait\" -> \"\"\n" + in +
+                       ": on saving: removed button 4 of screen C/S\n" + in +
+                       ": nothing dropped or repaired; 4 changes on saving\n");
+}
+
+TEST_F(CheckCommandTest, JsonListsTheChangesOnSavingAsDiffDoes) {
+  std::string text = ReplaceOnce(sample, "<Language Name=\"English\" Reference=\"1\"/>",
+                                 "<Language Name=\"English\" Reference=\"0\"/>");
+  auto r = CheckOf(text, {"--json"});
+  EXPECT_EQ(r.status, 0) << r.out;
+  nlohmann::json j = nlohmann::json::parse(r.out);
+  EXPECT_EQ(j["clean"], true);
+  EXPECT_EQ(j["onSaving"], nlohmann::json({{"changes",
+                                             {{{"change", "changed"},
+                                               {"item", "target"},
+                                               {"where", {{{"kind", "target"}, {"key", nullptr}}}},
+                                               {"property", "reference"},
+                                               {"old", false},
+                                               {"new", true}}}},
+                                            {"error", nullptr}}));
 }
 
 TEST_F(CheckCommandTest, FunctionsTableAndParametersAreUsedForLoading) {
