@@ -32,8 +32,6 @@ const char* ActionName(Diagnostic::Action action) {
 struct OnSaving {
   std::vector<ModelChange> changes;
   std::optional<Error> error;
-
-  bool Kept() const { return changes.empty() && !error; }
 };
 
 struct Report {
@@ -53,7 +51,7 @@ struct Report {
 // from `options` (whose warnings and log entries are not the document's and are not shown) and
 // saves that again. Only when the two saves differ are the two models compared: their JSON forms
 // take several times the memory of the models, which a large document that saves back the same
-// (nearly every one) is spared.
+// is spared.
 OnSaving SaveAndLoadAgain(TessalyLibXml& lib, const FacadeOptions& options) {
   OnSaving result;
   try {
