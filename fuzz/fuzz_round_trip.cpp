@@ -16,27 +16,6 @@
 
 namespace {
 
-// Loads `text` into a fresh facade and saves what loaded into `saved`. False when nothing
-// loaded or the save was refused; `raised` tells whether the import raised an error.
-bool LoadAndSave(std::string_view text, std::string& saved, bool& raised) {
-  using namespace tessaly;
-  auto lib = fuzz::QuietFacade();
-  raised = false;
-  try {
-    lib->ImportUceFromText(text);
-  } catch (const Error&) {
-    raised = true;
-  }
-  if (!lib->ActiveTarget()) return false;
-  try {
-    saved = lib->ExportUceToText();
-  } catch (const Error&) {
-    // A name holding a character the encoding cannot write is refused with an error.
-    return false;
-  }
-  return true;
-}
-
 [[noreturn]] void Fail(const char* what, const std::string& before, const std::string& after) {
   std::fprintf(stderr, "%s\n--- first\n%s\n--- second\n%s\n", what, before.c_str(), after.c_str());
   std::abort();
@@ -45,11 +24,14 @@ bool LoadAndSave(std::string_view text, std::string& saved, bool& raised) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using tessaly::fuzz::LoadAndSave;
   std::string first, second, third;
   bool raised = false;
-  if (!LoadAndSave(std::string_view(reinterpret_cast<const char*>(data), size), first, raised)) return 0;
-  if (!LoadAndSave(first, second, raised) || raised) Fail("a saved document does not load cleanly", first, second);
-  if (!LoadAndSave(second, third, raised) || raised) Fail("a saved document does not load cleanly", second, third);
+  if (!LoadAndSave(std::string_view(reinterpret_cast<const char*>(data), size), "UTF-8", first, raised)) return 0;
+  if (!LoadAndSave(first, "UTF-8", second, raised) || raised)
+    Fail("a saved document does not load cleanly", first, second);
+  if (!LoadAndSave(second, "UTF-8", third, raised) || raised)
+    Fail("a saved document does not load cleanly", second, third);
   if (second != third) Fail("saving does not settle by the second round", second, third);
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "tessaly/tessaly.hpp"
 
@@ -33,6 +34,28 @@ inline std::unique_ptr<TessalyLibXml> QuietFacade() {
     (void)sink;
   });
   return lib;
+}
+
+// Loads `text` into a fresh quiet facade that saves in `encoding`, and saves what loaded into
+// `saved`. False when nothing loaded or the save was refused (a character the encoding cannot
+// hold in a name); `raised` tells whether the import raised an error (a refused or partly read
+// document is an expected outcome: what was read stays active).
+inline bool LoadAndSave(std::string_view text, const char* encoding, std::string& saved, bool& raised) {
+  auto lib = QuietFacade();
+  lib->set_xmlEncoding(encoding);
+  raised = false;
+  try {
+    lib->ImportUceFromText(text);
+  } catch (const Error&) {
+    raised = true;
+  }
+  if (!lib->ActiveTarget()) return false;
+  try {
+    saved = lib->ExportUceToText();
+  } catch (const Error&) {
+    return false;
+  }
+  return true;
 }
 
 }  // namespace tessaly::fuzz
