@@ -20,7 +20,7 @@ step "Tools"
 
 step "Thread test under ThreadSanitizer"
 cmake -S . -B build-tsan -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DTESSALY_SANITIZE=thread -DTESSALY_BUILD_CLI=OFF -DTESSALY_BUILD_BENCHMARKS=OFF >/dev/null
+  -DTESSALY_SANITIZE=thread -DTESSALY_BUILD_CLI=OFF -DTESSALY_BUILD_BENCHMARKS=OFF -DTESSALY_WERROR=ON >/dev/null
 cmake --build build-tsan -j"$jobs" --target tessaly_reliability_tests
 TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
   ./build-tsan/tests/tessaly_reliability_tests --gtest_filter='ThreadsTest.*'
@@ -28,7 +28,7 @@ TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
 step "Fuzz harnesses under AddressSanitizer and UndefinedBehaviorSanitizer"
 cmake -S . -B build-fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DTESSALY_BUILD_FUZZERS=ON -DTESSALY_SANITIZE=address,undefined -DTESSALY_BUILD_TESTS=OFF \
-  -DTESSALY_BUILD_CLI=OFF -DTESSALY_BUILD_BENCHMARKS=OFF >/dev/null
+  -DTESSALY_BUILD_CLI=OFF -DTESSALY_BUILD_BENCHMARKS=OFF -DTESSALY_WERROR=ON >/dev/null
 cmake --build build-fuzz -j"$jobs" --target fuzz_import fuzz_round_trip fuzz_global_parameters fuzz_functions
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
